@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+// libkel: Foundations
+#include <kel/zassert.h>
+
+#include <kel/problem.h>
+#include <kel/translator.h>
+
+namespace
+{
+template <typename T>
+Ztring toText(const T& value)
+{
+    Ztring text;
+    Ztring::append(value, text);
+    return text;
+}
+} // namespace
+
+void ZAssert::throwProblem(const char* expression, const char* file, unsigned int line)
+{
+    Ztring message = Translator::tr("Assertion Failed.\nExpression: %1\nFile: %2\nLine: %3");
+    message.argReplace(toText(expression));
+    message.argReplace(toText(file));
+    message.argReplace(toText(line));
+    Problem::throwProblem(message);
+}

@@ -1,0 +1,292 @@
+// SPDX-License-Identifier: MIT
+// libkel: Foundations
+#include <kel/ztring.h>
+
+#include <kel/problem.h>
+
+#include <wx/strconv.h>
+
+#include <algorithm>
+#include <cstring>
+#include <ostream>
+#include <stdexcept>
+
+namespace
+{
+bool isCodePoint(wchar_t c)
+{
+    return static_cast<wxUint32>(c) <= 0x10FFFF;
+}
+
+// The converters are of two minds about what lies past the last code point: some let it pass, some report it as an
+// error in the program. No text with it leaves or enters here.
+bool isConvertible(const wxString& text)
+{
+    const std::wstring& wide = text.ToStdWstring();
+    return std::all_of(wide.begin(), wide.end(), isCodePoint);
+}
+
+wxString decode(const char* bytes, std::size_t length, const wxMBConv& conversion)
+{
+    const wxString text(bytes, conversion, length);
+    return isConvertible(text) ? text : wxString();
+}
+
+std::string encode(const wxString& text, const wxMBConv& conversion)
+{
+    if (!isConvertible(text))
+        return std::string();
+    std::size_t length = 0;
+    const wxCharBuffer bytes = conversion.cWC2MB(text.wc_str(), text.length(), &length);
+    return std::string(bytes.data(), length);
+}
+
+// Not wxUniChar::FromHi8bit, which reports a byte that it cannot decode as an error in the program.
+wchar_t decodeByte(char c)
+{
+    if (static_cast<unsigned char>(c) < 0x80)
+        return static_cast<wchar_t>(c);
+    wchar_t decoded[2] = {};
+    return wxConvLibc.ToWChar(decoded, 2, &c, 1) == wxCONV_FAILED ? L'?' : decoded[0];
+}
+
+// Makes a new text, so that target and value may be part of the old one.
+void replaceAll(wxString& text, const wxString& target, const wxString& value)
+{
+    std::size_t found = target.empty() ? wxString::npos : text.find(target);
+    if (found == wxString::npos)
+        return;
+    const std::wstring& from = text.ToStdWstring();
+    const std::wstring& inserted = value.ToStdWstring();
+    std::wstring result;
+    std::size_t start = 0;
+    for (; found != wxString::npos; found = text.find(target, start))
+    {
+        result.append(from, start, found - start).append(inserted);
+        start = found + target.length();
+    }
+    result.append(from, start, std::wstring::npos);
+    text = result;
+}
+
+std::string escape(const std::string& text)
+{
+    std::string escaped;
+    for (const char c : text)
+    {
+        if (c == '\\' || c == '\'')
+            escaped += '\\';
+        escaped += c;
+    }
+    return escaped;
+}
+} // namespace
+
+const Ztring Ztring::emptyZtring;
+
+Ztring::Ztring() : m_text(new wxString) {}
+
+Ztring::Ztring(const char* bytes)
+    : m_text(new wxString(decode(bytes, bytes == nullptr ? 0 : std::strlen(bytes), wxConvLibc)))
+{
+}
+
+Ztring::Ztring(const std::string& bytes) : m_text(new wxString(decode(bytes.data(), bytes.size(), wxConvLibc))) {}
+
+Ztring::Ztring(const wxString& text) : m_text(new wxString(text)) {}
+
+Ztring::Ztring(const Ztring& other) : m_text(new wxString(*other.m_text)) {}
+
+Ztring& Ztring::operator=(const Ztring& other)
+{
+    *m_text = *other.m_text;
+    m_nextArg = 1;
+    return *this;
+}
+
+Ztring::~Ztring()
+{
+    delete m_text;
+}
+
+bool Ztring::operator==(const Ztring& other) const
+{
+    return m_text->length() == other.m_text->length() && m_text->compare(*other.m_text) == 0;
+}
+
+bool Ztring::operator!=(const Ztring& other) const
+{
+    return !(*this == other);
+}
+
+bool Ztring::operator<(const Ztring& other) const
+{
+    return m_text->compare(*other.m_text) < 0;
+}
+
+unsigned int Ztring::length() const
+{
+    return static_cast<unsigned int>(m_text->length());
+}
+
+unsigned int Ztring::size() const
+{
+    return length();
+}
+
+bool Ztring::empty() const
+{
+    return m_text->empty();
+}
+
+void Ztring::clear()
+{
+    m_text->clear();
+}
+
+Ztring& Ztring::append(const Ztring& text)
+{
+    m_text->append(*text.m_text);
+    return *this;
+}
+
+Ztring& Ztring::operator+=(const Ztring& text)
+{
+    return append(text);
+}
+
+Ztring& Ztring::operator+=(char c)
+{
+    m_text->append(1, decodeByte(c));
+    return *this;
+}
+
+void Ztring::insert(unsigned int pos, unsigned int count, char c)
+{
+    if (pos > length())
+        throw std::out_of_range("basic_string::insert");
+    m_text->insert(pos, count, decodeByte(c));
+}
+
+void Ztring::remove(char c)
+{
+    std::wstring text = m_text->ToStdWstring();
+    std::erase(text, decodeByte(c));
+    *m_text = text;
+}
+
+void Ztring::makeText()
+{
+    remove('&');
+    remove('.');
+}
+
+void Ztring::trimText()
+{
+    constexpr unsigned longest = 20;
+    if (length() > longest)
+        m_text->replace(longest - 3, wxString::npos, "...");
+}
+
+bool Ztring::truncateAfter(const Ztring& marker)
+{
+    const std::size_t found = m_text->find(*marker.m_text);
+    if (found == wxString::npos)
+        return false;
+    m_text->erase(found + marker.m_text->length());
+    return true;
+}
+
+void Ztring::toLowerCase()
+{
+    m_text->MakeLower();
+}
+
+bool Ztring::has(const Ztring& text) const
+{
+    return m_text->find(*text.m_text) != wxString::npos;
+}
+
+void Ztring::argReplace(const Ztring& value) const
+{
+    const std::wstring placeholder = L"%" + std::to_wstring(m_nextArg);
+    ++m_nextArg;
+    const std::size_t found = m_text->find(placeholder);
+    if (found != wxString::npos)
+        m_text->replace(found, placeholder.length(), *value.m_text);
+}
+
+void Ztring::targetReplace(const Ztring& target, const Ztring& value) const
+{
+    replaceAll(*m_text, *target.m_text, *value.m_text);
+}
+
+const Ztring& Ztring::replaceAllIn(const Replacements& pairs) const
+{
+    for (const auto& [target, value] : pairs)
+        targetReplace(target, value);
+    return *this;
+}
+
+std::string Ztring::toUtf8() const
+{
+    return encode(*m_text, wxMBConvUTF8());
+}
+
+void Ztring::fromUtf8(const std::string& bytes)
+{
+    *m_text = decode(bytes.data(), std::strlen(bytes.c_str()), wxMBConvUTF8());
+}
+
+std::string Ztring::ascii() const
+{
+    std::string bytes;
+    bytes.reserve(m_text->length());
+    for (const wchar_t c : m_text->ToStdWstring())
+        bytes += static_cast<wxUint32>(c) < 0x80 ? static_cast<char>(c) : '_';
+    return bytes;
+}
+
+void Ztring::fromAscii(const std::string& bytes)
+{
+    std::wstring text;
+    text.reserve(bytes.size());
+    for (const char c : bytes)
+        text += static_cast<wchar_t>(static_cast<unsigned char>(c));
+    *m_text = text;
+}
+
+std::string Ztring::str() const
+{
+    return encode(*m_text, wxConvLibc);
+}
+
+Ztring::operator std::string() const
+{
+    return str();
+}
+
+std::wstring Ztring::wStdStr() const
+{
+    return m_text->ToStdWstring();
+}
+
+std::string Ztring::asStringScript() const
+{
+    return "'" + escape(toUtf8()) + "'";
+}
+
+const wxString& Ztring::wx() const
+{
+    return *m_text;
+}
+
+void Ztring::throwProblem()
+{
+    Problem::throwProblem(emptyZtring);
+}
+
+std::ostream& operator<<(std::ostream& out, const Ztring& text)
+{
+    return out << text.str();
+}
