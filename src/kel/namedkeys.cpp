@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+// libkel: Object model
+#include <kel/namedkeys.h>
+
+#include <kel/bulletinkey.h>
+#include <kel/emptystring_kel.h>
+
+NamedKeys::NamedKeys() = default;
+
+NamedKeys::~NamedKeys() = default;
+
+NamedKeys& NamedKeys::getSingleton()
+{
+    static NamedKeys singleton;
+    return singleton;
+}
+
+unsigned NamedKeys::getKey(const std::string& name, const std::string& alias)
+{
+    if (const auto found = m_numbers.find(name); found != m_numbers.end())
+        return found->second;
+    const unsigned number = create(name);
+    if (!alias.empty())
+        m_numbers.try_emplace(alias, number);
+    return number;
+}
+
+const std::string& NamedKeys::getName(unsigned number) const
+{
+    const auto found = m_names.find(number);
+    return found == m_names.end() ? Kel::emptyString : found->second;
+}
+
+unsigned NamedKeys::create(const std::string& name)
+{
+    const unsigned number = BulletinKey().getNumber();
+    // Should memory run out in between, the entry left behind is harmless: nobody gets this number.
+    m_names.emplace(number, name);
+    m_numbers.emplace(name, number);
+    return number;
+}

@@ -1,0 +1,7 @@
+// SPDX-License-Identifier: MIT
+// libkel: Object model
+#include <kel/singletonkey.h>
+
+SingletonKey::SingletonKey() : m_key(new BulletinKey) {}
+
+SingletonKey::~SingletonKey() = default;
