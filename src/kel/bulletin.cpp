@@ -1,0 +1,123 @@
+// SPDX-License-Identifier: MIT
+// libkel: Object model
+#include <kel/bulletin.h>
+
+#include <kel/changednotifier.h>
+#include <kel/deletednotifier.h>
+#include <kel/observable.h>
+#include <kel/tooltips.h>
+#include <kel/zassert.h>
+
+namespace
+{
+/// The address behind a reference, read in a way that lets no compiler conclude that it cannot be null.
+const Bulletin* addressOf(const Bulletin& obj)
+{
+    const Bulletin* const volatile address = &obj;
+    return address;
+}
+} // namespace
+
+Bulletin::Bulletin() : m_key(new BulletinKey) {}
+
+Bulletin::Bulletin(const BulletinKey& key) : m_key(new BulletinKey(key)) {}
+
+Bulletin::Bulletin(const Bulletin& other) : m_key(new BulletinKey(*other.m_key)) {}
+
+Bulletin::~Bulletin() = default;
+
+Observable& Bulletin::getObservable()
+{
+    if (!m_observable)
+        m_observable = std::make_unique<Observable>();
+    return *m_observable;
+}
+
+void Bulletin::notifyObservers(Notifier& notifier)
+{
+    if (m_observable)
+        m_observable->notify(notifier);
+}
+
+void Bulletin::destroy(Bulletin& deadObj, bool force)
+{
+    KEL_ASSERT(addressOf(deadObj) != nullptr, "valid(&deadObj)");
+    tryDestroy(deadObj, force);
+}
+
+void Bulletin::destroy(Bulletin* deadObj, bool force)
+{
+    if (deadObj != nullptr)
+        tryDestroy(*deadObj, force);
+}
+
+bool Bulletin::tryDestroy(Bulletin& deadObj, bool force)
+{
+    // Asked also when forced: a board gives up one use by it.
+    const bool accepts = deadObj.canDelete();
+    if (!accepts && !force)
+        return false;
+    deadObj.preDelete();
+    delete &deadObj;
+    return true;
+}
+
+bool Bulletin::destroyQuietly(Bulletin& deadObj) noexcept
+{
+    try
+    {
+        return tryDestroy(deadObj, false);
+    }
+    catch (...)
+    {
+        delete &deadObj;
+        return true;
+    }
+}
+
+bool Bulletin::canDelete()
+{
+    return true;
+}
+
+void Bulletin::preDelete()
+{
+    if (!m_observable)
+        return;
+    DeletedNotifier notifier(*this);
+    m_observable->notify(notifier);
+}
+
+void Bulletin::notifyChanged()
+{
+    if (!m_observable)
+        return;
+    ChangedNotifier notifier(*this);
+    m_observable->notify(notifier);
+}
+
+Bulletin* Bulletin::clone() const
+{
+    ZAssert::throwProblem("false", __FILE__, __LINE__);
+}
+
+bool Bulletin::canClone() const
+{
+    return true;
+}
+
+Ztring Bulletin::getToolTip()
+{
+    return ToolTips::getSingleton().get(getKey());
+}
+
+Ztring Bulletin::getToolTip() const
+{
+    return const_cast<Bulletin*>(this)->getToolTip();
+}
+
+void Bulletin::setToolTip(const Ztring& text)
+{
+    if (!text.empty())
+        ToolTips::getSingleton().add(getKey(), text);
+}

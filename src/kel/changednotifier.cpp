@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+// libkel: Change notification
+#include <kel/changednotifier.h>
+
+#include <kel/bulletin.h>
+#include <kel/changedreceiver.h>
+
+#include "receivercast_p.h"
+
+namespace
+{
+const Bulletin& getNothingToSay()
+{
+    static const Bulletin nothing;
+    return nothing;
+}
+} // namespace
+
+ChangedNotifier::ChangedNotifier(Bulletin& what) : ChangedNotifier(what, getNothingToSay()) {}
+
+void ChangedNotifier::transmitTo(Receiver& receiver)
+{
+    if (auto* const listener = receiverCast<ChangedReceiver>(receiver))
+        listener->changed(*m_what, *m_how);
+}

@@ -1,0 +1,5 @@
+// SPDX-License-Identifier: MIT
+// libkel: Change notification
+#include <kel/killedreceiver.h>
+
+KilledReceiver::~KilledReceiver() = default;

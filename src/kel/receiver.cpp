@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+// libkel: Change notification
+#include <kel/receiver.h>
+
+#include <kel/bulletin.h>
+#include <kel/notifier.h>
+#include <kel/observable.h>
+
+Receiver::~Receiver() = default;
+
+void Receiver::update(Notifier& notifier)
+{
+    notifier.transmitTo(*this);
+}
+
+void Receiver::observe(Bulletin& bulletin)
+{
+    bulletin.getObservable().attach(*this);
+}
+
+void Receiver::unobserve(Bulletin& bulletin)
+{
+    bulletin.getObservable().detach(*this);
+}
