@@ -1,0 +1,190 @@
+// SPDX-License-Identifier: MIT
+// libkel: Object model
+#include <kel/bulletinboard.h>
+
+#include <kel/addednotifier.h>
+#include <kel/removednotifier.h>
+#include <kel/stringtokenizer.h>
+#include <kel/use.h>
+#include <kel/zassert.h>
+
+namespace
+{
+/// The new bulletin that adopt() is handing over. The board lets go of it in the moment in which it owns it: what
+/// observers do to the bulletin or to the board afterwards, throwing included, no longer matters to adopt().
+std::unique_ptr<Bulletin>* adopted = nullptr;
+
+class AdoptionScope
+{
+public:
+    explicit AdoptionScope(std::unique_ptr<Bulletin>& obj) : m_outer(std::exchange(adopted, &obj)) {}
+    AdoptionScope(const AdoptionScope&) = delete;
+    AdoptionScope& operator=(const AdoptionScope&) = delete;
+    ~AdoptionScope() { adopted = m_outer; }
+
+private:
+    std::unique_ptr<Bulletin>* m_outer;
+};
+
+void releaseAdopted(const Bulletin* obj)
+{
+    if (adopted != nullptr && adopted->get() == obj)
+        static_cast<void>(adopted->release());
+}
+} // namespace
+
+BulletinBoard::BulletinBoard() = default;
+
+BulletinBoard::BulletinBoard(const BulletinKey& key) : Bulletin(key) {}
+
+// Delegates, so that the clones made so far are destroyed when a later one fails.
+BulletinBoard::BulletinBoard(const BulletinBoard& other) : BulletinBoard(other.getKey())
+{
+    const BulletinMap::Entry* entry = other.empty() ? nullptr : &*other.begin();
+    while (entry != nullptr)
+    {
+        const unsigned number = entry->first;
+        if (entry->second->canClone())
+            adopt(std::unique_ptr<Bulletin>(entry->second->clone()));
+        entry = other.m_bulletins.after(number);
+    }
+}
+
+BulletinBoard::~BulletinBoard()
+{
+    destroyEach(&Bulletin::destroyQuietly);
+}
+
+bool BulletinBoard::canDelete()
+{
+    return !isInUse() || decrementUse();
+}
+
+void BulletinBoard::add(Bulletin* obj)
+{
+    add(obj->getKey(), obj);
+}
+
+void BulletinBoard::remove(Bulletin& obj)
+{
+    KEL_ASSERT(m_bulletins.erase(obj.getKey().getNumber()) != nullptr, "hasKey(key)");
+    RemovedNotifier notifier(*this, obj);
+    notifyObservers(notifier);
+}
+
+void BulletinBoard::addOrReplace(Bulletin* obj)
+{
+    if (hasKey(obj->getKey()))
+        replaceEntry(obj);
+    else
+        add(obj);
+}
+
+void BulletinBoard::replace(Bulletin* obj)
+{
+    replaceEntry(obj);
+}
+
+void BulletinBoard::deleteAll()
+{
+    destroyEach([](Bulletin& obj) { return tryDestroy(obj, false); });
+    clear();
+}
+
+void BulletinBoard::clear()
+{
+    m_bulletins.clear();
+}
+
+void BulletinBoard::addIgnoreKey(Bulletin& obj, const BulletinKey& key)
+{
+    add(key, &obj);
+}
+
+Bulletin* BulletinBoard::removeIgnoreKey(const BulletinKey& key)
+{
+    Bulletin* const obj = m_bulletins.erase(key.getNumber());
+    KEL_ASSERT(obj != nullptr, "hasKey(key)");
+    return obj;
+}
+
+void BulletinBoard::add(const BulletinKey& key, Bulletin* obj)
+{
+    KEL_ASSERT(m_bulletins.insert(key.getNumber(), obj), "!hasKey(key)");
+    releaseAdopted(obj);
+    AddedNotifier notifier(*this, *obj);
+    notifyObservers(notifier);
+}
+
+Bulletin* BulletinBoard::removeByKey(const BulletinKey& key)
+{
+    Bulletin* const obj = getPtr(key);
+    remove(*obj);
+    return obj;
+}
+
+bool BulletinBoard::hasKey(const BulletinKey& key) const
+{
+    return getPtr(key) != nullptr;
+}
+
+Bulletin* BulletinBoard::getPtr(const BulletinKey& key) const
+{
+    return m_bulletins.find(key.getNumber());
+}
+
+Bulletin* BulletinBoard::getPtrByName(const std::string& names) const
+{
+    StringTokenizer alternatives(names, '|');
+    while (alternatives.hasNext())
+    {
+        if (Bulletin* const found = getPtr(BulletinKey(alternatives.m_token)))
+            return found;
+    }
+    return nullptr;
+}
+
+bool BulletinBoard::incrementUse()
+{
+    return Use::incrementFor(*this, Use::getStaticKey());
+}
+
+bool BulletinBoard::decrementUse()
+{
+    return Use::decrementFor(*this, Use::getStaticKey());
+}
+
+bool BulletinBoard::isInUse() const
+{
+    return Use::inUseFor(*this, Use::getStaticKey());
+}
+
+void BulletinBoard::adopt(std::unique_ptr<Bulletin> obj)
+{
+    const AdoptionScope scope(obj);
+    add(obj.get());
+    // An override of add() may have kept it without passing it on to this class.
+    static_cast<void>(obj.release());
+}
+
+void BulletinBoard::replaceEntry(Bulletin* obj)
+{
+    Bulletin* const oldObj = removeByKey(obj->getKey());
+    // Only now, deliberately: an object that is replaced by itself ends up off the board.
+    KEL_ASSERT(oldObj != obj, "oldObj != *obj");
+    destroy(oldObj, false);
+    add(obj);
+}
+
+void BulletinBoard::destroyEach(bool (*destroyEntry)(Bulletin& obj))
+{
+    const BulletinMap::Entry* entry = empty() ? nullptr : &*begin();
+    while (entry != nullptr)
+    {
+        const auto [number, obj] = *entry;
+        // The entry may be gone already, or be another's: observers change boards.
+        if (destroyEntry(*obj) && m_bulletins.find(number) == obj)
+            m_bulletins.erase(number);
+        entry = m_bulletins.after(number);
+    }
+}

@@ -1,0 +1,145 @@
+// SPDX-License-Identifier: MIT
+// libkel: Object model
+#pragma once
+
+#include <kel/kelapi.h>
+
+#include <cstddef>
+#include <iterator>
+#include <memory>
+#include <utility>
+#include <vector>
+
+class Bulletin;
+
+/// The entries of a board: key number to bulletin, iterated in increasing key number. Owns no bulletin.
+///
+/// Entries stand sorted in blocks of bounded size, so that a walk runs through memory and a look-up touches little of
+/// it. Appending, and taking off at either end of a block, moves nothing: keys are mostly made, and entries deleted, in
+/// increasing order. Every change invalidates all iterators.
+class KEL_API BulletinMap
+{
+public:
+    /// One entry; reads like a standard pair.
+    struct Entry
+    {
+        using first_type = unsigned;
+        using second_type = Bulletin*;
+
+        unsigned first;   ///< key number
+        Bulletin* second; ///< never null
+
+        operator std::pair<unsigned, Bulletin*>() const { return {first, second}; }
+    };
+
+    class const_iterator;
+
+    BulletinMap();
+    BulletinMap(const BulletinMap&) = delete;
+    BulletinMap& operator=(const BulletinMap&) = delete;
+    ~BulletinMap();
+
+    std::size_t size() const { return m_size; }
+    bool empty() const { return m_size == 0; }
+    const_iterator begin() const;
+    const_iterator end() const;
+
+    /// The bulletin under a number, or null.
+    Bulletin* find(unsigned number) const;
+    /// The first entry whose number is greater than the given one, or null.
+    const Entry* after(unsigned number) const;
+
+    /// Enters a bulletin, which must not be null.
+    /// @return false, with nothing changed, when the number is taken. Nothing is changed either when memory runs out.
+    bool insert(unsigned number, Bulletin* bulletin);
+    /// Takes an entry out.
+    /// @return its bulletin, or null when there is none.
+    Bulletin* erase(unsigned number) noexcept;
+    void clear() noexcept;
+
+private:
+    /// A run of entries within storage that has room before or behind them.
+    struct Block
+    {
+        Entry* first;
+        Entry* last; ///< past the end
+        std::unique_ptr<Entry[]> storage;
+        std::size_t capacity;
+
+        std::size_t size() const { return static_cast<std::size_t>(last - first); }
+        bool hasRoomBefore() const { return first != storage.get(); }
+        bool hasRoomBehind() const { return last != storage.get() + capacity; }
+    };
+
+    std::size_t findBlock(unsigned number) const;
+    static Entry* findEntry(const Block& block, unsigned number);
+    void append(Entry entry);
+    void insertInBlock(std::size_t index, Entry entry);
+    void insertBlock(std::size_t index, const Entry* first, const Entry* last, std::size_t capacity);
+    void split(std::size_t index);
+    static void grow(Block& block);
+    void eraseFromBlock(std::size_t index, Entry* entry) noexcept;
+
+    std::vector<unsigned> m_firsts; ///< the first number of each block; what a look-up searches
+    std::vector<Block> m_blocks;    ///< in the same order, none of them empty
+    std::size_t m_size = 0;
+};
+
+/// Gives the entries of all blocks as one sequence.
+class BulletinMap::const_iterator
+{
+public:
+    using iterator_category = std::forward_iterator_tag;
+    using value_type = Entry;
+    using difference_type = std::ptrdiff_t;
+    using pointer = const Entry*;
+    using reference = const Entry&;
+
+    const_iterator() = default;
+
+    reference operator*() const { return *m_entry; }
+    pointer operator->() const { return m_entry; }
+
+    const_iterator& operator++()
+    {
+        if (++m_entry == m_last)
+            enter(m_block + 1);
+        return *this;
+    }
+
+    const_iterator operator++(int)
+    {
+        const const_iterator before = *this;
+        ++*this;
+        return before;
+    }
+
+    bool operator==(const const_iterator& other) const { return m_entry == other.m_entry; }
+
+private:
+    friend class BulletinMap;
+
+    const_iterator(const Block* block, const Block* lastBlock) : m_lastBlock(lastBlock) { enter(block); }
+
+    void enter(const Block* block)
+    {
+        m_block = block;
+        m_entry = block == m_lastBlock ? nullptr : block->first;
+        m_last = block == m_lastBlock ? nullptr : block->last;
+    }
+
+    const Entry* m_entry = nullptr; ///< null at the end
+    const Entry* m_last = nullptr;  ///< past the end of the block
+    const Block* m_block = nullptr;
+    const Block* m_lastBlock = nullptr; ///< past the end
+};
+
+inline BulletinMap::const_iterator BulletinMap::begin() const
+{
+    return const_iterator(m_blocks.data(), m_blocks.data() + m_blocks.size());
+}
+
+inline BulletinMap::const_iterator BulletinMap::end() const
+{
+    return const_iterator();
+}
