@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+// libkel: Object model
+#include <kel/rules.h>
+
+#include <kel/bulletinkey.h>
+#include <kel/rule.h>
+
+#include <memory>
+
+Rules::Rules() = default;
+
+Rules::~Rules()
+{
+    for (const auto& [number, rules] : m_rules)
+    {
+        for (Rule* const rule : rules)
+            delete rule;
+    }
+}
+
+Rules& Rules::getSingleton()
+{
+    static Rules singleton;
+    return singleton;
+}
+
+void Rules::add(const BulletinKey& key, Rule* rule)
+{
+    std::unique_ptr<Rule> owned(rule);
+    m_rules[key.getNumber()].push_back(rule);
+    static_cast<void>(owned.release());
+}
+
+void Rules::execute(const BulletinKey& key, Bulletin& target, Bulletin* other)
+{
+    const auto found = m_rules.find(key.getNumber());
+    if (found == m_rules.end())
+        return;
+    // By index: a rule may add rules.
+    const Array<Rule*>& rules = found->second;
+    for (unsigned i = 0; i < rules.size(); ++i)
+        rules[i]->apply(target, other);
+}
