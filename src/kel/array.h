@@ -19,6 +19,10 @@ template <class T>
 class Array
 {
 public:
+    using value_type = T;
+    using iterator = T*;
+    using const_iterator = const T*;
+
     Array() = default;
 
     /// The capacity of a copy is the size of its source.
