@@ -28,8 +28,10 @@ bool isConvertible(const wxString& text)
 
 wxString decode(const char* bytes, std::size_t length, const wxMBConv& conversion)
 {
-    const wxString text(bytes, conversion, length);
-    return isConvertible(text) ? text : wxString();
+    wxString text(bytes, conversion, length);
+    if (!isConvertible(text))
+        text.clear();
+    return text;
 }
 
 std::string encode(const wxString& text, const wxMBConv& conversion)
