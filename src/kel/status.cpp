@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: MIT
+// libkel: Tasks and progress
+#include <kel/status.h>
+
+#include <kel/flagguard.h>
+#include <kel/interrupted.h>
+#include <kel/timer.h>
+#include <kel/zassert.h>
+
+#include <ctime>
+
+namespace
+{
+std::uint64_t now()
+{
+    return static_cast<std::uint64_t>(std::clock()) + Timer::s_slept;
+}
+
+double toTicks(unsigned int ms)
+{
+    return ms * 0.001 * 1000000;
+}
+} // namespace
+
+Status* Status::s_singleton = nullptr;
+
+Status::Status() : m_lastUpdate(now())
+{
+    setUpdateInterval(Timer::INTERVAL);
+    KEL_ASSERT(s_singleton == nullptr, "!valid(s_singleton)");
+    s_singleton = this;
+}
+
+Status::~Status()
+{
+    s_singleton = nullptr;
+}
+
+Status& Status::getSingleton()
+{
+    KEL_ASSERT(s_singleton != nullptr, "valid(s_singleton)");
+    return *s_singleton;
+}
+
+void Status::sleep(unsigned int ms)
+{
+    Timer::s_slept += static_cast<std::uint64_t>(toTicks(ms));
+}
+
+void Status::setStatus(const Ztring&) {}
+
+void Status::setStatus(const Ztring&, int) {}
+
+unsigned int Status::getPercentComplete()
+{
+    return 0;
+}
+
+void Status::updateEvents(int) {}
+
+bool Status::checkInterrupt(int percent)
+{
+    const bool wasDue = updateProgress(percent);
+    if (m_interrupted)
+        throw Interrupted();
+    return wasDue;
+}
+
+bool Status::updateProgress(int percent)
+{
+    const bool isDue = m_updateTicks < now() - m_lastUpdate;
+    if (isDue && !m_updating)
+        update(percent);
+    return isDue;
+}
+
+void Status::update(int percent)
+{
+    const FlagGuard updating(m_updating);
+    if (m_state != NoProgress)
+        updateEvents(percent);
+    m_lastUpdate = now();
+}
+
+void Status::setInterrupted()
+{
+    m_interrupted = true;
+    notifyChanged();
+}
+
+void Status::resetInterrupt()
+{
+    if (!m_interruptHeld)
+        m_interrupted = false;
+}
+
+void Status::resetInterrupts()
+{
+    m_interruptHeld = false;
+    m_interrupted = false;
+}
+
+void Status::setState(ApplicationState state)
+{
+    m_state = state;
+}
+
+void Status::setUpdateInterval(unsigned int ms)
+{
+    if (ms == m_updateInterval)
+        return;
+    m_updateInterval = ms;
+    // Single precision rounds off what 0.001 lacks of a thousandth, so that whole milliseconds are whole ticks.
+    m_updateTicks = static_cast<std::uint64_t>(static_cast<float>(toTicks(ms)));
+}
