@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: MIT
+// libkel: Application services
+#pragma once
+
+#include <kel/array.h>
+#include <kel/ztring.h>
+
+#include <string>
+
+/// The names by which the product presents itself, and the addresses and credit lines made from them.
+///
+/// A product sets its values once, at start-up; until then those of the library apply. Values must not contain "%"
+/// followed by a digit, which is not checked.
+class KEL_API Branding
+{
+public:
+    Branding(const Branding&) = delete;
+    Branding& operator=(const Branding&) = delete;
+
+    /// The one instance of the process; it lives until exit.
+    static Branding* getSingleton();
+
+    /// @name Values
+    /// @{
+
+    /// Replaces all values but the credits. The arguments must not be references got from the getters.
+    void set(const Ztring& company, const Ztring& product, const Ztring& productLower, const Ztring& shortCompany,
+             const std::string& webHost, const std::string& emailPattern, const std::string& installMutex,
+             const std::string& installDirVariable, const std::string& tag);
+
+    /// Replaces the web host and returns the one before, so that the caller can restore it.
+    std::string setUrl(const std::string& webHost);
+
+    /// Appends a credit for a library or component that the product uses.
+    void addPoweredBy(const Ztring& credit);
+
+    /// The maker's name, in full and as a lower-case abbreviation.
+    const Ztring& getCompany() const;
+    const Ztring& getShortCompany() const;
+
+    /// The product's name, as shown and as used in paths.
+    const Ztring& getProduct() const;
+    const Ztring& getProductLower() const;
+
+    /// Host name of the web site, without scheme or path.
+    const std::string& getWebHost() const;
+
+    /// An e-mail address whose local part is "%1".
+    const std::string& getEmailPattern() const;
+
+    /// Name of the system-wide lock by which an installer notices a running copy.
+    const std::string& getInstallMutex() const;
+
+    /// Name of the environment variable that points at the installation.
+    const std::string& getInstallDirVariable() const;
+
+    /// First path segment of the download addresses.
+    const std::string& getTag() const;
+
+    /// The credits, in the order in which they were added.
+    const Array<Ztring>& getPoweredBy() const;
+
+    /// @}
+    /// @name Addresses
+    /// All but createUrl and createEmail ask the Platform, which must be installed. Pages are taken as given.
+    /// @{
+
+    /// "http://", the web host, "/" and the page.
+    std::string createUrl(const std::string& page) const;
+
+    /// The address of a help page: "files/", the lower-case product, the operating system's name, the release's name
+    /// and the page with ".html".
+    std::string createEmbeddedUrl(const std::string& page) const;
+
+    /// The address of a download: the tag, the operating system's name and the page.
+    std::string createOsUrl(const std::string& page) const;
+
+    /// As createOsUrl, with the word size behind the operating system's name.
+    std::string createOsBitUrl(const std::string& page) const;
+
+    /// The address of a user at the maker's mail domain.
+    std::string createEmail(const std::string& user) const;
+
+    /// @}
+    /// @name Texts for generated files
+    /// These are not translated.
+    /// @{
+
+    /// Appends the line that tells what made a file and when (in UTC), without a line end.
+    void appendCredit(Ztring& out) const;
+
+    /// Appends the credits, each indented by two spaces and ended by "\n".
+    void appendPoweredByTo(Ztring& out) const;
+
+    /// @}
+
+private:
+    Branding();
+    ~Branding();
+
+    std::string createDownloadUrl(const std::string& system, const std::string& page) const;
+
+    Ztring m_company;
+    Ztring m_product;
+    Ztring m_productLower;
+    Ztring m_shortCompany;
+    std::string m_webHost;
+    std::string m_emailPattern;
+    std::string m_installMutex;
+    std::string m_installDirVariable;
+    std::string m_tag;
+    Array<Ztring> m_poweredBy;
+};
