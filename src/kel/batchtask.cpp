@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+// libkel: Tasks and progress
+#include <kel/batchtask.h>
+
+#include <kel/status.h>
+
+#include <memory>
+#include <utility>
+
+BatchTask::BatchTask(bool interleave) : m_interleave(interleave) {}
+
+BatchTask::~BatchTask()
+{
+    cleanUp();
+}
+
+void BatchTask::add(Task* task)
+{
+    std::unique_ptr<Task> owned(task);
+    m_tasks.push_back(task);
+    owned.release();
+}
+
+bool BatchTask::repeat()
+{
+    return m_current != nullptr || !m_tasks.empty();
+}
+
+void BatchTask::performAction()
+{
+    // A queue asks repeat only after a step, so an empty batch gets one.
+    if (!repeat())
+        return;
+    startNext();
+    m_current->execute();
+    if (Status::getSingleton().isInterrupted())
+        cleanUp();
+    else
+        settleCurrent();
+}
+
+void BatchTask::startNext()
+{
+    if (m_current != nullptr)
+        return;
+    m_current = m_tasks.front();
+    m_tasks.pop_front();
+}
+
+void BatchTask::settleCurrent()
+{
+    if (!m_current->repeat())
+    {
+        deleteCurrent();
+    }
+    else if (m_interleave)
+    {
+        m_tasks.push_back(m_current);
+        m_current = nullptr;
+    }
+}
+
+void BatchTask::deleteCurrent()
+{
+    delete std::exchange(m_current, nullptr);
+}
+
+void BatchTask::cleanUp()
+{
+    deleteCurrent();
+    while (!m_tasks.empty())
+    {
+        const std::unique_ptr<Task> task(m_tasks.front());
+        m_tasks.pop_front();
+    }
+}
