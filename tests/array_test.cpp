@@ -37,10 +37,21 @@ public:
 
     bool operator==(const Fragile& other) const { return m_number == other.m_number; }
 
-    static inline int s_copiesLeft = 1000;
+    static constexpr int s_unlimited = 1000;
+    static inline int s_copiesLeft = s_unlimited;
 
 private:
     int m_number = 0;
+};
+
+/// While it lives, only that many further copies succeed.
+class CopyLimit
+{
+public:
+    explicit CopyLimit(int copies) { Fragile::s_copiesLeft = copies; }
+    CopyLimit(const CopyLimit&) = delete;
+    CopyLimit& operator=(const CopyLimit&) = delete;
+    ~CopyLimit() { Fragile::s_copiesLeft = Fragile::s_unlimited; }
 };
 
 template <class T, class... Values>
@@ -239,7 +250,7 @@ TEST(Array, AnAppendThatFailsInACopyLeavesTheArrayAsItWas)
     Array<Fragile> array = makeArray<Fragile>(1, 2);
     for (int copies = 0; copies < 3; ++copies)
     {
-        Fragile::s_copiesLeft = copies;
+        const CopyLimit limit(copies);
         EXPECT_THROW(array.push_back(3), std::runtime_error);
         EXPECT_THAT(array, ElementsAre(Fragile(1), Fragile(2)));
         EXPECT_EQ(array.capacity(), 2u);
@@ -249,7 +260,7 @@ TEST(Array, AnAppendThatFailsInACopyLeavesTheArrayAsItWas)
 TEST(Array, AReserveThatFailsInACopyLeavesTheArrayAsItWas)
 {
     Array<Fragile> array = makeArray<Fragile>(1, 2);
-    Fragile::s_copiesLeft = 1;
+    const CopyLimit limit(1);
     EXPECT_THROW(array.reserve(5), std::runtime_error);
     EXPECT_THAT(array, ElementsAre(Fragile(1), Fragile(2)));
     EXPECT_EQ(array.capacity(), 2u);
@@ -259,7 +270,7 @@ TEST(Array, AnAssignmentThatFailsInACopyLeavesTheTargetAsItWas)
 {
     const Array<Fragile> array = makeArray<Fragile>(1, 2);
     Array<Fragile> target = makeArray<Fragile>(3);
-    Fragile::s_copiesLeft = 1;
+    const CopyLimit limit(1);
     EXPECT_THROW(target = array, std::runtime_error);
     EXPECT_THAT(target, ElementsAre(Fragile(3)));
 }
