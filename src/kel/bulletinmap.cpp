@@ -3,13 +3,19 @@
 #include <kel/bulletinmap.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace
 {
 // Large enough that a million entries have some thousand blocks, small enough that moving half a block costs about as
 // much as finding the place.
-constexpr std::size_t blockLimit = 512;
-constexpr std::size_t firstCapacity = 4;
+constexpr unsigned blockLimit = 256;
+constexpr unsigned firstCapacity = 4;
+
+bool isUnused(const BulletinMap::Entry& entry)
+{
+    return entry.second == nullptr;
+}
 
 /// How many elements of a sorted run stand before the place that is looked for. Takes no branch that depends on the
 /// data: in a random look-up every second one would be mispredicted.
@@ -30,6 +36,82 @@ void reserveOneMore(std::vector<T>& values)
 }
 } // namespace
 
+/// The entry of the number or, without one, the place where it belongs.
+///
+/// Numbers are distinct, so an entry stands no further from either end of the block than its number is from the number
+/// there. Where the keys of a board were made in one go this is the very place; gaps leave little to search.
+BulletinMap::Entry* BulletinMap::Block::find(unsigned number) const
+{
+    if (number <= first->first)
+        return first;
+    const std::size_t fromFirst = number - first->first;
+    if (fromFirst < size() && first[fromFirst].first == number)
+        return first + fromFirst;
+    const unsigned lastNumber = last[-1].first;
+    if (lastNumber < number)
+        return last;
+    const std::size_t fromLast = std::size_t{lastNumber - number} + 1;
+    Entry* const begin = fromLast < size() ? last - fromLast : first;
+    Entry* const end = first + std::min(fromFirst, size());
+    const auto isBefore = [number](const Entry& entry) { return entry.first < number; };
+    return begin + countBefore(begin, static_cast<std::size_t>(end - begin), isBefore);
+}
+
+void BulletinMap::Block::append(Entry entry)
+{
+    *last++ = entry;
+    ++used;
+}
+
+/// Moves the entries on that side of the place where there are fewer, if there is room.
+void BulletinMap::Block::insert(Entry entry)
+{
+    Entry* const place = find(entry.first);
+    const bool isInUpperHalf = last - place <= place - first;
+    if (hasRoomBehind() && (isInUpperHalf || !hasRoomBefore()))
+    {
+        std::move_backward(place, last, last + 1);
+        ++last;
+        *place = entry;
+    }
+    else
+    {
+        std::move(first, place, first - 1);
+        --first;
+        place[-1] = entry;
+    }
+    ++used;
+}
+
+void BulletinMap::Block::dropUnused() noexcept
+{
+    last = std::remove_if(first, last, isUnused);
+}
+
+/// At least one entry must be in use.
+void BulletinMap::Block::dropUnusedEnds() noexcept
+{
+    while (isUnused(*first))
+        ++first;
+    while (isUnused(last[-1]))
+        --last;
+}
+
+/// Leaves all room behind the entries.
+void BulletinMap::Block::moveToFront() noexcept
+{
+    last = std::move(first, last, storage.get());
+    first = storage.get();
+}
+
+void BulletinMap::Block::grow()
+{
+    Block larger(2 * capacity);
+    larger.last = std::copy(first, last, larger.first);
+    larger.used = used;
+    *this = std::move(larger);
+}
+
 BulletinMap::BulletinMap() = default;
 
 BulletinMap::~BulletinMap() = default;
@@ -39,7 +121,7 @@ Bulletin* BulletinMap::find(unsigned number) const
     if (empty())
         return nullptr;
     const Block& block = m_blocks[findBlock(number)];
-    const Entry* const entry = findEntry(block, number);
+    const Entry* const entry = block.find(number);
     return entry != block.last && entry->first == number ? entry->second : nullptr;
 }
 
@@ -49,8 +131,8 @@ const BulletinMap::Entry* BulletinMap::after(unsigned number) const
         return nullptr;
     const std::size_t index = findBlock(number);
     const Block& block = m_blocks[index];
-    const Entry* entry = findEntry(block, number);
-    if (entry != block.last && entry->first == number)
+    const Entry* entry = block.find(number);
+    while (entry != block.last && (isUnused(*entry) || entry->first == number))
         ++entry;
     if (entry != block.last)
         return entry;
@@ -65,10 +147,18 @@ bool BulletinMap::insert(unsigned number, Bulletin* bulletin)
         return true;
     }
     const std::size_t index = findBlock(number);
-    const Entry* const entry = findEntry(m_blocks[index], number);
-    if (entry != m_blocks[index].last && entry->first == number)
+    Block& block = m_blocks[index];
+    Entry* const entry = block.find(number);
+    if (entry == block.last || entry->first != number)
+    {
+        insertInBlock(index, {number, bulletin});
+        return true;
+    }
+    if (!isUnused(*entry))
         return false;
-    insertInBlock(index, {number, bulletin});
+    entry->second = bulletin;
+    ++block.used;
+    ++m_size;
     return true;
 }
 
@@ -77,11 +167,14 @@ Bulletin* BulletinMap::erase(unsigned number) noexcept
     if (empty())
         return nullptr;
     const std::size_t index = findBlock(number);
-    Entry* const entry = findEntry(m_blocks[index], number);
-    if (entry == m_blocks[index].last || entry->first != number)
+    Block& block = m_blocks[index];
+    Entry* const entry = block.find(number);
+    if (entry == block.last || entry->first != number || isUnused(*entry))
         return nullptr;
-    Bulletin* const bulletin = entry->second;
-    eraseFromBlock(index, entry);
+    Bulletin* const bulletin = std::exchange(entry->second, nullptr);
+    --block.used;
+    --m_size;
+    tidyUp(index);
     return bulletin;
 }
 
@@ -99,135 +192,90 @@ std::size_t BulletinMap::findBlock(unsigned number) const
     return countBefore(m_firsts.data() + 1, m_firsts.size() - 1, doesNotBeginAfter);
 }
 
-/// The entry of the number or, without one, the place where it belongs.
-///
-/// Numbers are distinct, so an entry stands no further from either end of the block than its number is from the number
-/// there. Where the keys of a board were made in one go this is the very place; gaps leave little to search.
-BulletinMap::Entry* BulletinMap::findEntry(const Block& block, unsigned number)
-{
-    Entry* const first = block.first;
-    if (number <= first->first)
-        return first;
-    const std::size_t size = block.size();
-    const std::size_t fromFirst = number - first->first;
-    if (fromFirst < size && first[fromFirst].first == number)
-        return first + fromFirst;
-    const unsigned lastNumber = block.last[-1].first;
-    if (lastNumber < number)
-        return block.last;
-    const std::size_t fromLast = std::size_t{lastNumber - number} + 1;
-    const std::size_t begin = fromLast < size ? size - fromLast : 0;
-    const std::size_t end = std::min(fromFirst, size);
-    return first + begin +
-           countBefore(first + begin, end - begin, [number](const Entry& entry) { return entry.first < number; });
-}
-
 void BulletinMap::append(Entry entry)
 {
     if (empty())
-        insertBlock(0, nullptr, nullptr, firstCapacity);
-    else if (Block& block = m_blocks.back(); !block.hasRoomBehind())
-    {
-        if (block.capacity < blockLimit)
-            grow(block);
-        else
-            insertBlock(m_blocks.size(), nullptr, nullptr, blockLimit);
-    }
-    Block& block = m_blocks.back();
-    if (block.size() == 0)
-        m_firsts.back() = entry.first;
-    *block.last++ = entry;
+        insertBlock(0, Block(firstCapacity));
+    else if (!m_blocks.back().hasRoomBehind())
+        makeRoomBehind();
+    m_blocks.back().append(entry);
+    m_firsts.back() = m_blocks.back().first->first;
     ++m_size;
+}
+
+/// Full blocks stay full: what is appended is seldom followed by something in between.
+void BulletinMap::makeRoomBehind()
+{
+    Block& block = m_blocks.back();
+    if (block.capacity == blockLimit)
+        insertBlock(m_blocks.size(), Block(blockLimit));
+    else if (block.size() > block.capacity / 2)
+        block.grow();
+    else
+        block.moveToFront();
 }
 
 void BulletinMap::insertInBlock(std::size_t index, Entry entry)
 {
-    if (m_blocks[index].size() == blockLimit)
+    if (m_blocks[index].isFull())
     {
-        split(index);
+        makeRoomIn(index);
         index = findBlock(entry.first);
     }
-    Block& block = m_blocks[index];
-    if (block.size() == block.capacity)
-        grow(block);
-    Entry* const place = findEntry(block, entry.first);
-    const bool isInUpperHalf = place - block.first >= block.last - place;
-    if (block.hasRoomBehind() && (isInUpperHalf || !block.hasRoomBefore()))
-    {
-        std::move_backward(place, block.last, block.last + 1);
-        ++block.last;
-        *place = entry;
-    }
-    else
-    {
-        std::move(block.first, place, block.first - 1);
-        --block.first;
-        place[-1] = entry;
-    }
-    m_firsts[index] = block.first->first;
+    m_blocks[index].insert(entry);
+    m_firsts[index] = m_blocks[index].first->first;
     ++m_size;
 }
 
-/// Makes a block of some entries, all or nothing.
-void BulletinMap::insertBlock(std::size_t index, const Entry* first, const Entry* last, std::size_t capacity)
+/// Takes no more storage as long as half of the block is free.
+void BulletinMap::makeRoomIn(std::size_t index)
+{
+    Block& block = m_blocks[index];
+    block.dropUnused();
+    if (block.size() <= block.capacity / 2)
+        return;
+    if (block.capacity < blockLimit)
+        block.grow();
+    else
+        split(index);
+}
+
+/// Moves the upper half of a block without unused entries into a block of its own.
+void BulletinMap::split(std::size_t index)
+{
+    const unsigned kept = m_blocks[index].used / 2;
+    Block upper(blockLimit);
+    upper.last = std::copy(m_blocks[index].first + kept, m_blocks[index].last, upper.first);
+    upper.used = m_blocks[index].used - kept;
+    insertBlock(index + 1, std::move(upper));
+    m_blocks[index].last = m_blocks[index].first + kept;
+    m_blocks[index].used = kept;
+}
+
+/// To be called after an entry of the block went out of use.
+void BulletinMap::tidyUp(std::size_t index) noexcept
+{
+    Block& block = m_blocks[index];
+    if (block.used == 0)
+        return eraseBlock(index);
+    block.dropUnusedEnds();
+    if (block.used < block.size() / 2)
+        block.dropUnused();
+    m_firsts[index] = block.first->first;
+}
+
+void BulletinMap::insertBlock(std::size_t index, Block block)
 {
     reserveOneMore(m_firsts);
     reserveOneMore(m_blocks);
-    std::unique_ptr<Entry[]> storage(new Entry[capacity]);
-    Entry* const begin = storage.get();
-    Entry* const end = std::copy(first, last, begin);
     const auto offset = static_cast<std::ptrdiff_t>(index);
-    m_firsts.insert(m_firsts.begin() + offset, first == last ? 0 : first->first);
-    m_blocks.insert(m_blocks.begin() + offset, Block{begin, end, std::move(storage), capacity});
+    m_firsts.insert(m_firsts.begin() + offset, block.size() == 0 ? 0 : block.first->first);
+    m_blocks.insert(m_blocks.begin() + offset, std::move(block));
 }
 
-/// Moves the upper half of a block into a block of its own.
-void BulletinMap::split(std::size_t index)
+void BulletinMap::eraseBlock(std::size_t index) noexcept
 {
-    Entry* const middle = m_blocks[index].first + m_blocks[index].size() / 2;
-    insertBlock(index + 1, middle, m_blocks[index].last, blockLimit);
-    m_blocks[index].last = middle;
-}
-
-/// Makes room behind the entries; more storage is taken only when at least half of it is in use.
-void BulletinMap::grow(Block& block)
-{
-    const std::size_t size = block.size();
-    if (size <= block.capacity / 2)
-    {
-        std::move(block.first, block.last, block.storage.get());
-    }
-    else
-    {
-        std::unique_ptr<Entry[]> storage(new Entry[2 * block.capacity]);
-        std::copy(block.first, block.last, storage.get());
-        block.storage = std::move(storage);
-        block.capacity *= 2;
-    }
-    block.first = block.storage.get();
-    block.last = block.first + size;
-}
-
-/// Closes the gap from the nearer end.
-void BulletinMap::eraseFromBlock(std::size_t index, Entry* entry) noexcept
-{
-    Block& block = m_blocks[index];
-    --m_size;
-    if (block.size() == 1)
-    {
-        m_firsts.erase(m_firsts.begin() + static_cast<std::ptrdiff_t>(index));
-        m_blocks.erase(m_blocks.begin() + static_cast<std::ptrdiff_t>(index));
-        return;
-    }
-    if (entry - block.first < block.last - entry)
-    {
-        std::move_backward(block.first, entry, entry + 1);
-        ++block.first;
-    }
-    else
-    {
-        std::move(entry + 1, block.last, entry);
-        --block.last;
-    }
-    m_firsts[index] = block.first->first;
+    const auto offset = static_cast<std::ptrdiff_t>(index);
+    m_firsts.erase(m_firsts.begin() + offset);
+    m_blocks.erase(m_blocks.begin() + offset);
 }

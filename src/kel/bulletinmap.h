@@ -15,8 +15,8 @@ class Bulletin;
 /// The entries of a board: key number to bulletin, iterated in increasing key number. Owns no bulletin.
 ///
 /// Entries stand sorted in blocks of bounded size, so that a walk runs through memory and a look-up touches little of
-/// it. Appending, and taking off at either end of a block, moves nothing: keys are mostly made, and entries deleted, in
-/// increasing order. Every change invalidates all iterators.
+/// it. Appending moves nothing: keys are mostly made in increasing order. An entry taken out stays behind as an unused
+/// one, until its number comes back or the block has become half empty. Every change invalidates all iterators.
 class KEL_API BulletinMap
 {
 public:
@@ -27,7 +27,7 @@ public:
         using second_type = Bulletin*;
 
         unsigned first;   ///< key number
-        Bulletin* second; ///< never null
+        Bulletin* second; ///< null in an unused entry, which nobody gets to see
 
         operator std::pair<unsigned, Bulletin*>() const { return {first, second}; }
     };
@@ -58,27 +58,46 @@ public:
     void clear() noexcept;
 
 private:
-    /// A run of entries within storage that has room before or behind them.
+    /// A run of entries, the first and the last of them in use, within storage that has room before or behind them.
     struct Block
     {
-        Entry* first;
-        Entry* last; ///< past the end
-        std::unique_ptr<Entry[]> storage;
-        std::size_t capacity;
+        explicit Block(unsigned entries)
+            : storage(new Entry[entries]),
+              capacity(entries),
+              first(storage.get()),
+              last(first)
+        {
+        }
 
         std::size_t size() const { return static_cast<std::size_t>(last - first); }
+        bool isFull() const { return size() == capacity; }
         bool hasRoomBefore() const { return first != storage.get(); }
         bool hasRoomBehind() const { return last != storage.get() + capacity; }
+
+        Entry* find(unsigned number) const;
+        void append(Entry entry);
+        void insert(Entry entry);
+        void dropUnused() noexcept;
+        void dropUnusedEnds() noexcept;
+        void moveToFront() noexcept;
+        void grow();
+
+        std::unique_ptr<Entry[]> storage;
+        unsigned capacity;
+        unsigned used = 0;
+        Entry* first;
+        Entry* last; ///< past the end
     };
 
     std::size_t findBlock(unsigned number) const;
-    static Entry* findEntry(const Block& block, unsigned number);
     void append(Entry entry);
+    void makeRoomBehind();
     void insertInBlock(std::size_t index, Entry entry);
-    void insertBlock(std::size_t index, const Entry* first, const Entry* last, std::size_t capacity);
+    void makeRoomIn(std::size_t index);
     void split(std::size_t index);
-    static void grow(Block& block);
-    void eraseFromBlock(std::size_t index, Entry* entry) noexcept;
+    void tidyUp(std::size_t index) noexcept;
+    void insertBlock(std::size_t index, Block block);
+    void eraseBlock(std::size_t index) noexcept;
 
     std::vector<unsigned> m_firsts; ///< the first number of each block; what a look-up searches
     std::vector<Block> m_blocks;    ///< in the same order, none of them empty
@@ -104,6 +123,8 @@ public:
     {
         if (++m_entry == m_last)
             enter(m_block + 1);
+        else
+            skipUnused();
         return *this;
     }
 
@@ -126,6 +147,13 @@ private:
         m_block = block;
         m_entry = block == m_lastBlock ? nullptr : block->first;
         m_last = block == m_lastBlock ? nullptr : block->last;
+    }
+
+    // Comes to a stop, since the last entry of a block is in use.
+    void skipUnused()
+    {
+        while (m_entry->second == nullptr)
+            ++m_entry;
     }
 
     const Entry* m_entry = nullptr; ///< null at the end
