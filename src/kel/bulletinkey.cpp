@@ -2,6 +2,8 @@
 // libkel: Object model
 #include <kel/bulletinkey.h>
 
+#include <kel/keyreader.h>
+#include <kel/keywriter.h>
 #include <kel/namedkeys.h>
 #include <kel/pool.h>
 
@@ -33,6 +35,18 @@ BulletinKey::BulletinKey(const std::string& name, const std::string& alias)
 const std::string& BulletinKey::getName() const
 {
     return NamedKeys::getSingleton().getName(m_number);
+}
+
+void BulletinKey::write(Writer& writer) const
+{
+    if (!NamedKeys::getSingleton().write(writer, m_number))
+        KeyWriter::write(writer, *this);
+}
+
+void BulletinKey::read(Reader& reader)
+{
+    if (!NamedKeys::getSingleton().read(reader, *this))
+        m_number = KeyReader::read(reader);
 }
 
 Pool& BulletinKey::getPool()

@@ -4,6 +4,8 @@
 
 #include <kel/bulletinkey.h>
 #include <kel/emptystring_kel.h>
+#include <kel/reader.h>
+#include <kel/writer.h>
 
 NamedKeys::NamedKeys() = default;
 
@@ -29,6 +31,23 @@ const std::string& NamedKeys::getName(unsigned number) const
 {
     const auto found = m_names.find(number);
     return found == m_names.end() ? Kel::emptyString : found->second;
+}
+
+bool NamedKeys::write(Writer& writer, unsigned number) const
+{
+    const std::string& name = getName(number);
+    writer.write(static_cast<unsigned>(name.size()), name.data());
+    return !name.empty();
+}
+
+bool NamedKeys::read(Reader& reader, BulletinKey& key)
+{
+    std::string name;
+    reader.readString(name);
+    if (name.empty())
+        return false;
+    key = BulletinKey(name);
+    return true;
 }
 
 unsigned NamedKeys::create(const std::string& name)

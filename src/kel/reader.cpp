@@ -1,0 +1,447 @@
+// SPDX-License-Identifier: MIT
+// libkel: Persistence
+#include <kel/reader.h>
+
+#include <kel/addowned.h>
+#include <kel/nativereader.h>
+#include <kel/numberinput.h>
+#include <kel/orderedbulletins.h>
+#include <kel/problem.h>
+#include <kel/savedline.h>
+#include <kel/serializable.h>
+#include <kel/serializablecreator.h>
+#include <kel/serializablecreators.h>
+#include <kel/status.h>
+#include <kel/translator.h>
+#include <kel/versions.h>
+#include <kel/zassert.h>
+#include <kel/ztring.h>
+
+#include <algorithm>
+#include <istream>
+#include <locale>
+#include <memory>
+#include <utility>
+
+namespace
+{
+/// Stands in the header of every product that shares the format.
+constexpr const char* magicWord = "Velkor";
+
+/// A line that is skipped is no longer than this.
+constexpr std::streamsize longestLine = 2147483647;
+
+/// Bytes that are taken on trust; beyond them, memory is taken for what has arrived.
+constexpr std::size_t trustedSize = 16384;
+
+std::uint64_t toId(const void* slot)
+{
+    return reinterpret_cast<std::uintptr_t>(slot);
+}
+
+Bulletin* toSlot(std::uint64_t id)
+{
+    return reinterpret_cast<Bulletin*>(static_cast<std::uintptr_t>(id));
+}
+
+/// Takes bytes as they are. Where fewer are left, the stream is at its end but not failed, so that the failure is
+/// reported as what it is.
+std::size_t takeBytes(std::istream& in, char* bytes, std::size_t count)
+{
+    std::streamsize taken = 0;
+    try
+    {
+        taken = in.rdbuf()->sgetn(bytes, static_cast<std::streamsize>(count));
+    }
+    catch (...)
+    {
+        setBadOrRethrow(in);
+        return 0;
+    }
+    if (static_cast<std::size_t>(taken) < count)
+        in.setstate(std::ios_base::eofbit);
+    return static_cast<std::size_t>(taken);
+}
+
+void readBytes(std::istream& in, std::size_t size, std::string& bytes)
+{
+    bytes.clear();
+    while (bytes.size() < size && in.good())
+    {
+        const std::size_t arrived = bytes.size();
+        const std::size_t next = std::min(size - arrived, std::max(arrived, trustedSize));
+        bytes.resize(arrived + next);
+        bytes.resize(arrived + takeBytes(in, bytes.data() + arrived, next));
+    }
+}
+
+std::unique_ptr<char[]> readBlock(std::istream& in, std::size_t size)
+{
+    if (size <= trustedSize)
+    {
+        auto block = std::make_unique_for_overwrite<char[]>(size);
+        takeBytes(in, block.get(), size);
+        return block;
+    }
+    std::string bytes;
+    readBytes(in, size, bytes);
+    auto block = std::make_unique_for_overwrite<char[]>(bytes.size());
+    bytes.copy(block.get(), bytes.size());
+    return block;
+}
+
+[[noreturn]] void throwUnknown(std::uint64_t id)
+{
+    Ztring number;
+    Ztring::append(id, number);
+    Ztring message = Translator::tr("Unknown ptr: %1");
+    message.argReplace(number);
+    Problem::throwProblem(message);
+}
+
+void reportFixed(std::size_t fixed, std::size_t total)
+{
+    // Reading has brought the progress to 10 per cent; after the fixing it stands at 40.
+    const float percent =
+        fixed == total ? 40.0F : 10.0F + 30.0F * static_cast<float>(fixed) / static_cast<float>(total);
+    Status::getSingleton().updateProgress(static_cast<int>(percent));
+}
+} // namespace
+
+Reader::Reader(std::istream& in, const Ztring& expected, bool showStatus) : m_in(&in), m_showStatus(showStatus)
+{
+    KEL_ASSERT(!m_in->fail(), "*m_in");
+    m_creators.reserve(100);
+    m_in->setf(std::ios_base::skipws);
+    useClassicNumbers();
+    readHeader(expected);
+    addOwned(*this, std::make_unique<Versions>()).read(*this);
+}
+
+Reader::~Reader() = default;
+
+void Reader::useClassicNumbers()
+{
+    if (m_in->getloc() != std::locale::classic())
+        m_in->imbue(std::locale::classic());
+}
+
+void Reader::readHeader(const Ztring& expected)
+{
+    std::string header;
+    readString(header);
+    if (header.find(expected.toUtf8()) != std::string::npos || header.find(magicWord) != std::string::npos)
+        return;
+    Ztring message = Translator::tr("Expecting: %1");
+    message.argReplace(expected);
+    Problem::throwProblem(message);
+}
+
+Serializable* Reader::perform()
+{
+    FixingQueue queue;
+    Serializable* const root = loadObj(queue, 1);
+    if (!root)
+        throwError(Translator::tr("No root"));
+    if (m_showStatus)
+        Status::getSingleton().setStatus(Translator::tr("Reading objects"));
+    readRecords(queue);
+    if (m_showStatus)
+        Status::getSingleton().setStatus(Translator::tr("Restore objects"));
+    fixObjects(queue);
+    m_restored.clear();
+    return root;
+}
+
+void Reader::readRecords(FixingQueue& queue)
+{
+    for (std::int64_t id = 2; m_in->good(); ++id)
+    {
+        Status::getSingleton().checkInterrupt(-1);
+        loadObj(queue, id);
+    }
+}
+
+void Reader::fixObjects(FixingQueue& queue)
+{
+    const std::size_t total = queue.size();
+    std::size_t fixed = 0;
+    const Serializable* firstOfCycle = nullptr;
+    while (!queue.empty())
+    {
+        const Waiting waiting = queue.back();
+        queue.pop_back();
+        if (waiting.object == firstOfCycle)
+        {
+            ++m_pass;
+            firstOfCycle = nullptr;
+        }
+        m_isLast = queue.empty();
+        if (!waiting.object->fixup(*this))
+        {
+            queue.push_front(waiting);
+            if (!firstOfCycle)
+                firstOfCycle = waiting.object;
+            continue;
+        }
+        find(static_cast<std::uint64_t>(waiting.id))->fixed = true;
+        if (m_showStatus)
+            reportFixed(++fixed, total);
+    }
+}
+
+void Reader::checkValid() const
+{
+    if (m_in->good()) [[likely]]
+        return;
+    if (m_in->fail())
+        throwError(Translator::tr("Invalid stream"));
+    throwError(Translator::tr("Premature end of file"));
+}
+
+void Reader::throwError(const Ztring& message) const
+{
+    Problem::throwProblem(message);
+}
+
+template <class T>
+requires(std::is_arithmetic_v<T> || std::is_same_v<T, Ztring>) Reader& Reader::read(T& value)
+{
+    if constexpr (std::is_same_v<T, Ztring>)
+    {
+        std::string utf8;
+        readString(utf8);
+        value.fromUtf8(utf8);
+    }
+    else
+    {
+        NumberInput::extract(*m_in, value);
+        checkValid();
+    }
+    return *this;
+}
+
+template KEL_API Reader& Reader::read(bool&);
+template KEL_API Reader& Reader::read(char&);
+template KEL_API Reader& Reader::read(signed char&);
+template KEL_API Reader& Reader::read(unsigned char&);
+template KEL_API Reader& Reader::read(wchar_t&);
+template KEL_API Reader& Reader::read(char8_t&);
+template KEL_API Reader& Reader::read(char16_t&);
+template KEL_API Reader& Reader::read(char32_t&);
+template KEL_API Reader& Reader::read(short&);
+template KEL_API Reader& Reader::read(unsigned short&);
+template KEL_API Reader& Reader::read(int&);
+template KEL_API Reader& Reader::read(unsigned&);
+template KEL_API Reader& Reader::read(long&);
+template KEL_API Reader& Reader::read(unsigned long&);
+template KEL_API Reader& Reader::read(long long&);
+template KEL_API Reader& Reader::read(unsigned long long&);
+template KEL_API Reader& Reader::read(float&);
+template KEL_API Reader& Reader::read(double&);
+template KEL_API Reader& Reader::read(long double&);
+template KEL_API Reader& Reader::read(Ztring&);
+
+Reader& Reader::read(Bulletin*& slot)
+{
+    std::uint64_t id = 0;
+    NumberInput::extractHex(*m_in, id);
+    slot = toSlot(id);
+    checkValid();
+    return *this;
+}
+
+Reader& Reader::read(unsigned& size, char*& bytes)
+{
+    bytes = nullptr;
+    read(size);
+    m_in->ignore(); // the separator
+    std::unique_ptr<char[]> block = readBlock(*m_in, size);
+    checkValid();
+    bytes = block.release();
+    return *this;
+}
+
+void Reader::readString(std::string& text)
+{
+    unsigned size = 0;
+    read(size);
+    m_in->ignore(); // the separator
+    readBytes(*m_in, size, text);
+    checkValid();
+    text.resize(std::min(text.size(), text.find('\0')));
+}
+
+void Reader::readHex(unsigned& number)
+{
+    NumberInput::extractHex(*m_in, number);
+}
+
+void Reader::readBulletins(BulletinBoard& board)
+{
+    readBulletinsFor(board);
+}
+
+void Reader::readBulletins(OrderedBulletins& list)
+{
+    readBulletinsFor(list);
+}
+
+void Reader::readBulletinsFor(Bulletin& owner)
+{
+    const auto [entry, isNew] = m_bulletinsFor.try_emplace(&owner);
+    if (!isNew)
+        throwError(Translator::tr("Already read Bulletins"));
+    entry->second.reserve(10);
+    read<Bulletin*, NativeReader>(entry->second, NativeReader());
+}
+
+void Reader::saveLine(const BulletinKey& key)
+{
+    std::string line;
+    std::getline(*m_in, line);
+    if (!line.empty())
+        addOwned(*this, std::make_unique<SavedLine>(line, key));
+}
+
+void Reader::skipLine()
+{
+    m_in->ignore(longestLine, '\n');
+}
+
+template <class T>
+Reader& Reader::fix(T*& slot)
+{
+    slot = getBulletin(toId(slot));
+    return *this;
+}
+
+template KEL_API Reader& Reader::fix(Bulletin*&);
+
+void Reader::fixBulletins(BulletinBoard& board)
+{
+    fixMembers(board, [&board](Bulletin* member) { board.add(member); });
+}
+
+void Reader::fixBulletins(OrderedBulletins& list)
+{
+    fixMembers(list, [&list](Bulletin* member) { list.append(member); });
+}
+
+bool Reader::isFixed(void* id) const
+{
+    const Restored* const restored = find(toId(id));
+    KEL_ASSERT(restored, "findIt != m_restored.end()");
+    return restored->fixed;
+}
+
+std::istream* Reader::set(std::istream* in)
+{
+    KEL_ASSERT(in, "valid(in)");
+    std::istream* const previous = std::exchange(m_in, in);
+    useClassicNumbers();
+    return previous;
+}
+
+Serializable* Reader::loadObj(FixingQueue& queue, std::int64_t id)
+{
+    unsigned classId = 0;
+    NumberInput::extract(*m_in, classId);
+    if (!m_in->good())
+        return nullptr;
+    Serializable* const object = readObject(classId, queue, id);
+    if (!object)
+        skipLine();
+    if (static_cast<std::uint64_t>(id) == m_restored.size() + 1)
+        m_restored.push_back({object, nullptr, false});
+    return object;
+}
+
+SerializableCreator* Reader::getCreator(unsigned classId)
+{
+    SerializableCreator* const creator = findCreator(classId);
+    if (!creator)
+        throw Skip();
+    return creator;
+}
+
+SerializableCreator* Reader::findCreator(unsigned classId)
+{
+    if (classId == 0)
+        return readCreator();
+    KEL_ASSERT(m_creators.size() >= classId, "m_creators->size() >= classId");
+    return m_creators[classId - 1];
+}
+
+SerializableCreator* Reader::readCreator()
+{
+    std::string name;
+    readString(name);
+    m_creators.push_back(SerializableCreators::getSingleton().getCreator(name));
+    return m_creators[m_creators.size() - 1];
+}
+
+Serializable* Reader::readObject(unsigned classId, FixingQueue& queue, std::int64_t id)
+{
+    // No exception for a class that is unknown, since a stream may hold a great many objects of it.
+    SerializableCreator* const creator = findCreator(classId);
+    if (!creator)
+        return nullptr;
+    Serializable* object = nullptr;
+    try
+    {
+        std::unique_ptr<Serializable> created(creator->create());
+        queue.push_back({created.get(), id});
+        object = created.release();
+        object->read(*this);
+        return object;
+    }
+    catch (const Skip&)
+    {
+        if (object)
+            queue.pop_back();
+        delete object;
+        return nullptr;
+    }
+}
+
+Reader::Restored* Reader::find(std::uint64_t id)
+{
+    // The id 0, which is null, becomes the largest number.
+    return id - 1 < m_restored.size() ? &m_restored[id - 1] : nullptr;
+}
+
+const Reader::Restored* Reader::find(std::uint64_t id) const
+{
+    return id - 1 < m_restored.size() ? &m_restored[id - 1] : nullptr;
+}
+
+Bulletin* Reader::getBulletin(std::uint64_t id)
+{
+    if (id == 0)
+        return nullptr;
+    Restored* const restored = find(id);
+    if (!restored)
+        throwUnknown(id);
+    if (!restored->object)
+        return nullptr;
+    if (!restored->bulletin)
+        restored->bulletin = dynamic_cast<Bulletin*>(restored->object);
+    if (!restored->bulletin)
+        throwError(Translator::tr("Invalid ptr fix"));
+    return restored->bulletin;
+}
+
+template <class Add>
+void Reader::fixMembers(Bulletin& owner, const Add& add)
+{
+    const auto found = m_bulletinsFor.find(&owner);
+    if (found == m_bulletinsFor.end())
+        throwError(Translator::tr("BulletinBoard has no Bulletins"));
+    for (const Bulletin* const slot : found->second)
+    {
+        if (Bulletin* const member = getBulletin(toId(slot)))
+            add(member);
+    }
+    m_bulletinsFor.erase(&owner);
+}

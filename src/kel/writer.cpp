@@ -1,0 +1,208 @@
+// SPDX-License-Identifier: MIT
+// libkel: Persistence
+#include <kel/writer.h>
+
+#include <kel/flagguard.h>
+#include <kel/numberoutput.h>
+#include <kel/numbertable.h>
+#include <kel/orderedbulletins.h>
+#include <kel/serializable.h>
+#include <kel/serializablecreator.h>
+#include <kel/status.h>
+#include <kel/translator.h>
+#include <kel/versions.h>
+#include <kel/zassert.h>
+#include <kel/ztring.h>
+
+#include <locale>
+#include <string>
+#include <vector>
+
+namespace
+{
+std::uint64_t toKey(const void* pointer)
+{
+    return reinterpret_cast<std::uintptr_t>(pointer);
+}
+
+void putLineFeed(std::ostream& out)
+{
+    NumberOutput::putBytes(out, "\n", 1);
+}
+
+Bulletin* getBulletin(Bulletin* entry)
+{
+    return entry;
+}
+
+Bulletin* getBulletin(const BulletinBoard::value_type& entry)
+{
+    return entry.second;
+}
+} // namespace
+
+Writer::Writer(std::ostream& out, const Ztring& header, bool showStatus)
+    : m_out(out),
+      m_creatorIds(std::make_unique<NumberTable>(1)),
+      m_ids(std::make_unique<NumberTable>(1)),
+      m_showStatus(showStatus)
+{
+    m_out.imbue(std::locale::classic());
+    if (m_showStatus)
+        Status::getSingleton().setStatus(Translator::tr("Writing objects"));
+    write<Ztring>(header);
+    putLineFeed(m_out);
+    Versions::getSingleton().write(*this);
+    putLineFeed(m_out);
+}
+
+Writer::~Writer() = default;
+
+void Writer::writeObj(Serializable* object)
+{
+    if (!object)
+    {
+        writeReference(0);
+        return;
+    }
+    NumberTable::Entry& entry = m_ids->get(toKey(object));
+    writeReference(entry.number);
+    if (!entry.isQueued)
+    {
+        m_pending.push_back(object);
+        entry.isQueued = true;
+    }
+    if (!m_isWritingObj)
+        processPending();
+}
+
+void Writer::writeReference(unsigned id)
+{
+    if (m_isWritingObj)
+        writeHex(id);
+}
+
+template <class T>
+requires(std::is_arithmetic_v<T> || std::is_same_v<T, Ztring>) Writer& Writer::write(const T& value)
+{
+    if constexpr (std::is_same_v<T, Ztring>)
+    {
+        const std::string utf8 = value.toUtf8();
+        write(static_cast<unsigned>(utf8.size()), utf8.data());
+    }
+    else
+        NumberOutput::putNumber(m_out, value, s_separator);
+    return *this;
+}
+
+template KEL_API Writer& Writer::write(const bool&);
+template KEL_API Writer& Writer::write(const char&);
+template KEL_API Writer& Writer::write(const signed char&);
+template KEL_API Writer& Writer::write(const unsigned char&);
+template KEL_API Writer& Writer::write(const wchar_t&);
+template KEL_API Writer& Writer::write(const char8_t&);
+template KEL_API Writer& Writer::write(const char16_t&);
+template KEL_API Writer& Writer::write(const char32_t&);
+template KEL_API Writer& Writer::write(const short&);
+template KEL_API Writer& Writer::write(const unsigned short&);
+template KEL_API Writer& Writer::write(const int&);
+template KEL_API Writer& Writer::write(const unsigned&);
+template KEL_API Writer& Writer::write(const long&);
+template KEL_API Writer& Writer::write(const unsigned long&);
+template KEL_API Writer& Writer::write(const long long&);
+template KEL_API Writer& Writer::write(const unsigned long long&);
+template KEL_API Writer& Writer::write(const float&);
+template KEL_API Writer& Writer::write(const double&);
+template KEL_API Writer& Writer::write(const long double&);
+template KEL_API Writer& Writer::write(const Ztring&);
+
+Writer& Writer::write(unsigned size, const char* bytes)
+{
+    write(size);
+    NumberOutput::putBytes(m_out, bytes, size);
+    NumberOutput::putBytes(m_out, &s_separator, 1);
+    return *this;
+}
+
+Writer& Writer::writeHex(unsigned number)
+{
+    NumberOutput::putHex(m_out, number, s_separator);
+    return *this;
+}
+
+void Writer::writeBulletins(BulletinBoard& board)
+{
+    writeMembers(board, board.size());
+}
+
+void Writer::writeBulletins(OrderedBulletins& list)
+{
+    writeMembers(list, list.size());
+}
+
+template <class Bulletins>
+void Writer::writeMembers(const Bulletins& bulletins, std::size_t count)
+{
+    std::vector<Serializable*> members;
+    members.reserve(count);
+    for (const auto& entry : bulletins)
+    {
+        auto* const member = dynamic_cast<Serializable*>(getBulletin(entry));
+        if (member && member->isWritable())
+            members.push_back(member);
+    }
+    write(static_cast<unsigned>(members.size()));
+    for (Serializable* member : members)
+        writeObj(member);
+}
+
+unsigned Writer::getId(void* object)
+{
+    return object ? m_ids->get(toKey(object)).number : 0;
+}
+
+void Writer::writeCreator(Serializable* object)
+{
+    SerializableCreator* const creator = object->getCreator();
+    NumberTable::Entry& entry = m_creatorIds->get(toKey(creator));
+    const bool isNew = !entry.isQueued;
+    entry.isQueued = true;
+    if (!isNew)
+    {
+        write(entry.number);
+        return;
+    }
+    const std::string& name = creator->getName();
+    write(0u).write(static_cast<unsigned>(name.size()), name.data());
+}
+
+void Writer::processPending()
+{
+    KEL_ASSERT(!m_isWritingObj, "!m_isWritingObj");
+    const FlagGuard guard(m_isWritingObj);
+    while (!m_pending.empty())
+    {
+        writeFront();
+        if (m_showStatus)
+            reportProgress();
+    }
+}
+
+void Writer::writeFront()
+{
+    Serializable* const object = m_pending.front();
+    m_pending.pop_front();
+    writeCreator(object);
+    object->write(*this);
+    putLineFeed(m_out);
+}
+
+void Writer::reportProgress()
+{
+    // The number of ids given, that of null included.
+    const std::uint64_t assigned = m_ids->getNext();
+    const std::uint64_t percent = (assigned - m_pending.size()) * 100 / assigned;
+    // The first figures jump about while the graph is still being discovered.
+    constexpr std::uint64_t firstShown = 30;
+    Status::getSingleton().checkInterrupt(percent < firstShown ? -1 : static_cast<int>(percent));
+}

@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: MIT
+// libkel: Persistence
+#pragma once
+
+#include <kel/bulletinboard.h>
+#include <kel/kelapi.h>
+
+#include <cstddef>
+#include <deque>
+#include <iosfwd>
+#include <memory>
+#include <type_traits>
+
+class NumberTable;
+class OrderedBulletins;
+class Serializable;
+class SerializableCreator;
+class Ztring;
+
+/// Writes an object and everything reachable from it as one object stream.
+///
+/// A writer serves one stream. It writes the header and the version table at once, and the first top-level
+/// writeObj writes the whole graph:
+///
+///     std::ofstream out("model.x", std::ios::binary);
+///     Writer writer(out, "Model 1.0", false);
+///     writer.writeObj(&root);
+///
+/// Objects write themselves in Serializable::write through the same writer, where writeObj writes a reference:
+///
+///     writer.write(m_mass).write<Ztring>(m_name);
+///     writer.writeObj(m_next);
+///
+/// Ids are given in the order in which objects are first referred to, and objects leave first in, first out, so
+/// that records stand in the order of their ids. There is no recursion: deep and cyclic graphs use no stack.
+///
+/// The state of the output stream is not tested; the caller who owns the stream looks at it. What an object's
+/// `write` or an interrupt throws passes through and leaves the stream incomplete. As a board, the writer keeps
+/// bulletins that belong to this one stream.
+class KEL_API Writer : public BulletinBoard
+{
+public:
+    /// Stands after every number and every counted string.
+    static constexpr char s_separator = ' ';
+
+    /// Writes the header text and the version table of this process. The stream is not owned, is given the
+    /// classic locale for good and must outlive the writer. With `showStatus`, progress is reported through
+    /// Status, which may throw Interrupted.
+    Writer(std::ostream& out, const Ztring& header, bool showStatus);
+    /// Neither flushes nor closes the stream.
+    ~Writer() override;
+    Writer(const Writer&) = delete;
+    Writer& operator=(const Writer&) = delete;
+
+    /// The stream itself, for classes that format their numbers on their own; each ends with s_separator.
+    std::ostream& getOut() { return m_out; }
+
+    /// At top level, gives the object the next id and writes it with all that it leads to; null writes nothing.
+    /// Inside an object's `write`, writes a reference (the id in hexadecimal, 0 for null) and sees to it that the
+    /// object's record follows. Each object is written once.
+    void writeObj(Serializable* object);
+
+    /// Writes a number in the stream's default formatting, and the separator. Provided for every arithmetic type;
+    /// bool is written as 0 or 1, a character as its code.
+    /// For Ztring, writes a counted string: the length of its UTF-8 in bytes, the bytes, each with a separator.
+    template <class T>
+    requires(std::is_arithmetic_v<T> || std::is_same_v<T, Ztring>) Writer& write(const T& value);
+
+    /// Writes a raw block of bytes of any value, line feeds included.
+    Writer& write(unsigned size, const char* bytes);
+
+    /// Writes a number in lower-case hexadecimal, and the separator.
+    Writer& writeHex(unsigned number);
+
+    /// Writes how many members are Serializable and writable, then a reference to each, in key order.
+    void writeBulletins(BulletinBoard& board);
+    /// The same in the list's order; null entries are left out.
+    void writeBulletins(OrderedBulletins& list);
+
+    /// The id of an object, giving it the next one if it has none; 0 for null. Writes and queues nothing: the object
+    /// (as its Serializable*) must be written as well, or the records of this stream are numbered wrong.
+    unsigned getId(void* object);
+
+    /// @name Steps of writeObj
+    /// @{
+
+    /// Writes the class part of the object's record: the number of its class in this stream, or 0 and the creator's
+    /// name for a class that is met for the first time.
+    void writeCreator(Serializable* object);
+
+    /// Writes queued objects until none is left. Inside itself it fails with the assertion "!m_isWritingObj".
+    void processPending();
+
+    /// @}
+
+private:
+    void writeReference(unsigned id);
+    template <class Bulletins>
+    void writeMembers(const Bulletins& bulletins, std::size_t count);
+    void writeFront();
+    void reportProgress();
+
+    std::ostream& m_out;
+    std::unique_ptr<NumberTable> m_creatorIds; // class numbers
+    std::unique_ptr<NumberTable> m_ids;        // object ids, and whether the object was queued
+    std::deque<Serializable*> m_pending;       // first in, first out
+    bool m_isWritingObj = false;
+    bool m_showStatus;
+};
