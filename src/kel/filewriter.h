@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+// libkel: Persistence
+#pragma once
+
+#include <kel/kelapi.h>
+
+#include <fstream>
+#include <memory>
+
+class Writer;
+
+namespace Kel
+{
+class File;
+}
+
+/// Saves a file safely: everything is written to a temporary file beside the target, which replaces the target only
+/// when it is complete.
+///
+///     FileWriter file;
+///     file.open("model.x", true)->writeObj(&root); // writes model.x.tmp
+///     file.close();                                // replaces model.x
+///
+/// If anything throws before `close`, the destructor deletes the temporary file and the old target stays as it was.
+/// Files are deleted and moved by the application's Platform, which must be installed. The state of the output stream
+/// is not tested: a full disk goes unnoticed here.
+class KEL_API FileWriter
+{
+public:
+    FileWriter();
+    /// Deletes the temporary file unless `close` was reached. What the platform throws meanwhile is dropped.
+    ~FileWriter();
+    FileWriter(const FileWriter&) = delete;
+    FileWriter& operator=(const FileWriter&) = delete;
+
+    /// Opens the temporary file (the target's path with ".tmp" appended) and writes the header and the version table.
+    ///
+    /// The writer returned is owned by this object and lives until `close`. After a failure this object is as new and
+    /// the temporary file is gone. A second call, without a successful `close` between, fails with the assertion
+    /// "!valid(m_file)".
+    ///
+    /// @throws Problem "Failed to open file: '%1'", %1 naming the temporary file
+    Writer* open(const Kel::File& target, bool showStatus);
+
+    /// Completes the temporary file, deletes the old target, if any, and moves the temporary file into its place.
+    ///
+    /// What the platform throws passes through. The temporary file is complete then and stays on disk; `close` may
+    /// be called again. Without a file opened it fails with the assertion "valid(m_file)".
+    void close();
+
+private:
+    std::unique_ptr<Kel::File> m_file;
+    std::unique_ptr<std::ofstream> m_out;
+    std::unique_ptr<Writer> m_writer;
+    bool m_isClosing = false;
+};
