@@ -71,16 +71,17 @@ void replaceAll(wxString& text, const wxString& target, const wxString& value)
     text = result;
 }
 
-std::string escape(const std::string& text)
+std::string quoteForScript(const std::string& text)
 {
-    std::string escaped;
+    std::string quoted(1, '\'');
     for (const char c : text)
     {
         if (c == '\\' || c == '\'')
-            escaped += '\\';
-        escaped += c;
+            quoted += '\\';
+        quoted += c;
     }
-    return escaped;
+    quoted += '\'';
+    return quoted;
 }
 } // namespace
 
@@ -275,7 +276,7 @@ std::wstring Ztring::wStdStr() const
 
 std::string Ztring::asStringScript() const
 {
-    return "'" + escape(toUtf8()) + "'";
+    return '\'' + escape(toUtf8()) + '\'';
 }
 
 const wxString& Ztring::wx() const
