@@ -2,6 +2,7 @@
 // libkel: Tasks and progress
 #include <kel/batchtask.h>
 
+#include <kel/ownedqueue.h>
 #include <kel/status.h>
 
 #include <memory>
@@ -16,9 +17,7 @@ BatchTask::~BatchTask()
 
 void BatchTask::add(Task* task)
 {
-    std::unique_ptr<Task> owned(task);
-    m_tasks.push_back(task);
-    owned.release();
+    pushBackOwned(m_tasks, std::unique_ptr<Task>(task));
 }
 
 bool BatchTask::repeat()
@@ -43,8 +42,7 @@ void BatchTask::startNext()
 {
     if (m_current != nullptr)
         return;
-    m_current = m_tasks.front();
-    m_tasks.pop_front();
+    m_current = popFrontOwned(m_tasks).release();
 }
 
 void BatchTask::settleCurrent()
@@ -68,9 +66,5 @@ void BatchTask::deleteCurrent()
 void BatchTask::cleanUp()
 {
     deleteCurrent();
-    while (!m_tasks.empty())
-    {
-        const std::unique_ptr<Task> task(m_tasks.front());
-        m_tasks.pop_front();
-    }
+    deleteOwned(m_tasks);
 }

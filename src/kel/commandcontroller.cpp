@@ -4,39 +4,21 @@
 
 #include <kel/changednotifier.h>
 #include <kel/command.h>
+#include <kel/ownedqueue.h>
 #include <kel/undoredostate.h>
 #include <kel/zassert.h>
 
 #include <memory>
+#include <utility>
 
 namespace
 {
-std::unique_ptr<Command> popBack(std::deque<Command*>& commands)
-{
-    std::unique_ptr<Command> command(commands.back());
-    commands.pop_back();
-    return command;
-}
-
-std::unique_ptr<Command> popFront(std::deque<Command*>& commands)
-{
-    std::unique_ptr<Command> command(commands.front());
-    commands.pop_front();
-    return command;
-}
-
-void pushBack(std::deque<Command*>& commands, std::unique_ptr<Command> command)
-{
-    commands.push_back(command.get());
-    command.release();
-}
-
 // A command that has gone back on its word is not deleted: nobody can tell what still leans on it.
 bool isUndoableElseAbandon(std::unique_ptr<Command>& command)
 {
     if (command->isUndoable())
         return true;
-    command.release();
+    static_cast<void>(command.release());
     return false;
 }
 
@@ -67,7 +49,7 @@ void CommandController::execute(Command* command)
     if (!owned->isUndoable())
         return;
     // Pushed before the redo stack goes, since only the push can fail.
-    pushBack(m_undo, std::move(owned));
+    pushBackOwned(m_undo, std::move(owned));
     clearRedo();
     announceChange();
 }
@@ -75,7 +57,7 @@ void CommandController::execute(Command* command)
 void CommandController::undo()
 {
     KEL_ASSERT(!m_undo.empty(), "!m_undo.empty()");
-    std::unique_ptr<Command> command = popBack(m_undo);
+    std::unique_ptr<Command> command = popBackOwned(m_undo);
     KEL_ASSERT(isUndoableElseAbandon(command), "undoCommand->isUndoable()");
     try
     {
@@ -88,14 +70,14 @@ void CommandController::undo()
         announceChange();
         throw;
     }
-    pushBack(m_redo, std::move(command));
+    pushBackOwned(m_redo, std::move(command));
     announceChange();
 }
 
 void CommandController::redo()
 {
     KEL_ASSERT(!m_redo.empty(), "!m_redo.empty()");
-    std::unique_ptr<Command> command = popBack(m_redo);
+    std::unique_ptr<Command> command = popBackOwned(m_redo);
     try
     {
         command->redo();
@@ -109,7 +91,7 @@ void CommandController::redo()
     }
     // Tested only now: a command may find out by being redone whether it can be undone once more.
     KEL_ASSERT(isUndoableElseAbandon(command), "redoCommand->isUndoable()");
-    pushBack(m_undo, std::move(command));
+    pushBackOwned(m_undo, std::move(command));
     announceChange();
 }
 
@@ -123,7 +105,7 @@ bool CommandController::pruneUndo()
     if (static_cast<unsigned int>(m_undo.size()) <= m_maximumUndo)
         return false;
     const auto left = static_cast<unsigned int>(m_undo.size()) - 1;
-    popFront(m_undo).reset();
+    popFrontOwned(m_undo).reset();
     if (left == 0)
         announceChange();
     return left > m_maximumUndo;
@@ -148,8 +130,7 @@ void CommandController::clear()
 
 void CommandController::clearCommands(std::deque<Command*>& commands)
 {
-    while (!commands.empty())
-        popFront(commands).reset();
+    deleteOwned(commands);
 }
 
 void CommandController::announceChange()

@@ -3,6 +3,7 @@
 #include <kel/mementos.h>
 
 #include <kel/interrupted.h>
+#include <kel/ownedqueue.h>
 #include <kel/status.h>
 #include <kel/zassert.h>
 
@@ -35,9 +36,7 @@ Mementos::~Mementos()
 
 void Mementos::add(Memento* memento)
 {
-    std::unique_ptr<Memento> owned(memento);
-    m_mementos.push_back(memento);
-    owned.release();
+    pushBackOwned(m_mementos, std::unique_ptr<Memento>(memento));
 }
 
 void Mementos::execute()

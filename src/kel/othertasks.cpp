@@ -2,9 +2,11 @@
 // libkel: Tasks and progress
 #include <kel/othertasks.h>
 
+#include <kel/ownedqueue.h>
 #include <kel/task.h>
 
 #include <memory>
+#include <utility>
 
 OtherTasks::OtherTasks() = default;
 
@@ -18,9 +20,7 @@ OtherTasks* OtherTasks::getSingleton()
 
 void OtherTasks::add(Task* task)
 {
-    std::unique_ptr<Task> owned(task);
-    m_tasks.push_back(task);
-    owned.release();
+    pushBackOwned(m_tasks, std::unique_ptr<Task>(task));
 }
 
 bool OtherTasks::onIdle()
@@ -33,11 +33,8 @@ bool OtherTasks::onIdle()
 
 void OtherTasks::processTask()
 {
-    std::unique_ptr<Task> task(m_tasks.front());
-    m_tasks.pop_front();
+    std::unique_ptr<Task> task = popFrontOwned(m_tasks);
     task->execute();
-    if (!task->repeat())
-        return;
-    m_tasks.push_back(task.get());
-    task.release();
+    if (task->repeat())
+        pushBackOwned(m_tasks, std::move(task));
 }

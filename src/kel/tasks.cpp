@@ -5,12 +5,13 @@
 #include <kel/flagguard.h>
 #include <kel/listenerpass.h>
 #include <kel/othertasks.h>
+#include <kel/ownedqueue.h>
 #include <kel/simpletask.h>
 #include <kel/sound.h>
 #include <kel/status.h>
 #include <kel/taskslistener.h>
 
-#include <memory>
+#include <utility>
 
 namespace
 {
@@ -86,9 +87,7 @@ void Tasks::enableMenu(bool enable)
 
 void Tasks::add(Task* task)
 {
-    std::unique_ptr<Task> owned(task);
-    m_tasks.push_back(task);
-    owned.release();
+    pushBackOwned(m_tasks, std::unique_ptr<Task>(task));
 }
 
 void Tasks::addImmediate(Task* task)
@@ -116,8 +115,7 @@ void Tasks::processGuarded()
 
 void Tasks::processTask()
 {
-    std::unique_ptr<Task> task(m_tasks.front());
-    m_tasks.pop_front();
+    std::unique_ptr<Task> task = popFrontOwned(m_tasks);
     const bool quiet = task->isQuiet();
     beginRun(task);
     task->execute();
@@ -138,17 +136,15 @@ void Tasks::beginRun(std::unique_ptr<Task>& task)
     catch (...)
     {
         m_tasks.push_front(task.get());
-        task.release();
+        static_cast<void>(task.release());
         throw;
     }
 }
 
 void Tasks::requeueOrDelete(std::unique_ptr<Task> task)
 {
-    if (!task->repeat())
-        return;
-    m_tasks.push_back(task.get());
-    task.release();
+    if (task->repeat())
+        pushBackOwned(m_tasks, std::move(task));
 }
 
 void Tasks::endRun(bool quiet)
