@@ -276,7 +276,7 @@ std::wstring Ztring::wStdStr() const
 
 std::string Ztring::asStringScript() const
 {
-    return '\'' + escape(toUtf8()) + '\'';
+    return quoteForScript(toUtf8());
 }
 
 const wxString& Ztring::wx() const
