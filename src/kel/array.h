@@ -103,7 +103,8 @@ private:
     static std::unique_ptr<T[]> copyOf(const Array& other)
     {
         std::unique_ptr<T[]> block = makeBlock(other.m_size);
-        std::copy(other.begin(), other.end(), block.get());
+        for (unsigned i = 0; i < other.m_size; ++i)
+            block[i] = other.m_block[i];
         return block;
     }
 
@@ -111,10 +112,13 @@ private:
     // old block whole.
     void transferTo(T* block, unsigned count)
     {
-        if constexpr (std::is_nothrow_move_assignable_v<T>)
-            std::move(m_block, m_block + count, block);
-        else
-            std::copy(m_block, m_block + count, block);
+        for (unsigned i = 0; i < count; ++i)
+        {
+            if constexpr (std::is_nothrow_move_assignable_v<T>)
+                block[i] = std::move(m_block[i]);
+            else
+                block[i] = m_block[i];
+        }
     }
 
     void growAndAppend(const T& value)
