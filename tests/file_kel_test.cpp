@@ -318,7 +318,7 @@ TEST_F(FileOnDisk, AppendToCopiesTheBytes)
 
 TEST_F(FileOnDisk, AppendToCopiesLongFiles)
 {
-    for (const std::size_t size : {4095, 4096, 4097, 8192, 100000})
+    for (const std::size_t size : {4095u, 4096u, 4097u, 8192u, 100000u})
     {
         std::string bytes;
         for (std::size_t i = 0; i < size; ++i)

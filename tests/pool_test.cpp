@@ -170,7 +170,7 @@ TEST(Pool, AnObjectThatFailsForMemoryLeavesThePoolAsItWas)
     Pool& pool = makePool("Point", 8, Pool::Chunk10);
     takeObjects(pool, 10);
     // The room for free blocks, then the chunk, then its memory: what was made before a failure is kept or given back.
-    for (const std::size_t allowed : {0, 1, 1})
+    for (const std::size_t allowed : {0u, 1u, 1u})
     {
         {
             const allocations::Limit limit(allowed);

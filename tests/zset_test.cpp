@@ -79,7 +79,7 @@ TEST_F(ZSet, StartsEmpty)
 
 TEST_F(ZSet, IteratesInTheOrderOfAddresses)
 {
-    for (const std::size_t index : {3, 1, 4, 0, 2})
+    for (const std::size_t index : {3u, 1u, 4u, 0u, 2u})
     {
         m_set.insert(at(index));
         EXPECT_TRUE(std::is_sorted(m_set.begin(), m_set.end()));
@@ -89,7 +89,7 @@ TEST_F(ZSet, IteratesInTheOrderOfAddresses)
 
 TEST_F(ZSet, ContainsAnElementOnce)
 {
-    for (const std::size_t index : {0, 1, 2, 3})
+    for (const std::size_t index : {0u, 1u, 2u, 3u})
     {
         EXPECT_TRUE(m_set.insert(at(index)));
         EXPECT_FALSE(m_set.insert(at(index)));
@@ -110,7 +110,7 @@ TEST_F(ZSet, HasWhatWasInsertedAndNotErased)
 
 TEST_F(ZSet, ErasingAnAbsentElementChangesNothing)
 {
-    for (const std::size_t count : {0, 1, 2, 3, 4})
+    for (const std::size_t count : {0u, 1u, 2u, 3u, 4u})
     {
         insertFirst(count);
         EXPECT_FALSE(m_set.erase(at(9)));
@@ -215,7 +215,7 @@ TEST_F(ZSet, IteratorsCanBeCopiedAndCompared)
 
 TEST_F(ZSet, ACopyIsIndependent)
 {
-    for (const std::size_t count : {2, 3, 2000})
+    for (const std::size_t count : {2u, 3u, 2000u})
     {
         insertFirst(count);
         zset<int> copy(m_set);
@@ -229,7 +229,7 @@ TEST_F(ZSet, ACopyIsIndependent)
 
 TEST_F(ZSet, MovingEmptiesTheSource)
 {
-    for (const std::size_t count : {2, 3})
+    for (const std::size_t count : {2u, 3u})
     {
         insertFirst(count);
         zset<int> moved(std::move(m_set));

@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <sstream>
 #include <string>
 #include <system_error>
 
@@ -54,10 +55,11 @@ private:
     static std::filesystem::path makeUniquePath()
     {
         static unsigned count = 0;
-        std::string name = "kel";
+        std::ostringstream out;
+        out << "kel-" << getpid() << '-' << ++count;
         if (const testing::TestInfo* test = testing::UnitTest::GetInstance()->current_test_info())
-            name += std::string("-") + test->test_suite_name() + "-" + test->name();
-        name += "-" + std::to_string(getpid()) + "-" + std::to_string(++count);
+            out << '-' << test->test_suite_name() << '-' << test->name();
+        std::string name = out.str();
         for (char& c : name)
             if (c == '/')
                 c = '-';
