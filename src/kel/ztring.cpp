@@ -26,8 +26,17 @@ bool isConvertible(const wxString& text)
     return std::all_of(wide.begin(), wide.end(), isCodePoint);
 }
 
+template <class Iterator>
+bool isAscii(Iterator first, Iterator last)
+{
+    return std::all_of(first, last, [](auto c) { return static_cast<wxUint32>(c) < 0x80; });
+}
+
+// ASCII is the same in all encodings here, and nearly all that is converted; the converters take many times as long.
 wxString decode(const char* bytes, std::size_t length, const wxMBConv& conversion)
 {
+    if (isAscii(bytes, bytes + length))
+        return std::wstring(bytes, bytes + length);
     wxString text(bytes, conversion, length);
     if (!isConvertible(text))
         text.clear();
@@ -36,10 +45,13 @@ wxString decode(const char* bytes, std::size_t length, const wxMBConv& conversio
 
 std::string encode(const wxString& text, const wxMBConv& conversion)
 {
+    const std::wstring& wide = text.ToStdWstring();
+    if (isAscii(wide.begin(), wide.end()))
+        return std::string(wide.begin(), wide.end());
     if (!isConvertible(text))
         return std::string();
     std::size_t length = 0;
-    const wxCharBuffer bytes = conversion.cWC2MB(text.wc_str(), text.length(), &length);
+    const wxCharBuffer bytes = conversion.cWC2MB(wide.data(), wide.size(), &length);
     return std::string(bytes.data(), length);
 }
 
