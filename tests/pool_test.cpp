@@ -10,6 +10,8 @@
 #include <cstring>
 #include <iomanip>
 #include <locale>
+#include <memory>
+#include <new>
 #include <set>
 #include <sstream>
 #include <stack>
@@ -226,6 +228,16 @@ TEST(Pool, TheNameIsCopied)
     Pool& pool = makePool(name.c_str(), 8, Pool::Chunk10);
     name = "Other";
     EXPECT_EQ(getInfo(pool), "Point: sizeof = 8, chunks = 0, bytes = 0\n");
+}
+
+TEST(Pool, BlocksOutliveThePoolAndCanStillBeGivenBack)
+{
+    alignas(Pool) static unsigned char s_storage[sizeof(Pool)];
+    Pool* const pool = new (s_storage) Pool("Point", 8, Pool::Chunk10);
+    void* const object = pool->newObject();
+    pool->~Pool();
+    std::memset(object, 0xAB, 8);
+    pool->deleteObject(object);
 }
 
 TEST(Pool, CannotBeCopied)
