@@ -42,6 +42,28 @@ inline void putPlain(std::ostream& out, const char* bytes, std::streamsize count
         out.setstate(std::ios_base::badbit);
 }
 
+/// Writes one character.
+inline void putChar(std::ostream& out, char c)
+{
+    if (!isPlain(out))
+    {
+        out << c;
+        return;
+    }
+    bool isPut = false;
+    try
+    {
+        isPut = out.rdbuf()->sputc(c) != std::char_traits<char>::eof();
+    }
+    catch (...)
+    {
+        setBadOrRethrow(out);
+        return;
+    }
+    if (!isPut)
+        out.setstate(std::ios_base::badbit);
+}
+
 /// Writes bytes as they are.
 inline void putBytes(std::ostream& out, const char* bytes, std::streamsize count)
 {
@@ -98,27 +120,22 @@ void putNumber(std::ostream& out, T value, char separator)
 {
     const auto number = asNumber(value);
     Digits digits;
-    char* end = isPlain(out) ? format(digits, number, out) : nullptr;
-    if (!end)
-    {
-        out << number << separator;
-        return;
-    }
-    *end++ = separator;
-    putPlain(out, digits, end - digits);
+    char* const end = isPlain(out) ? format(digits, number, out) : nullptr;
+    if (end)
+        putPlain(out, digits, end - digits);
+    else
+        out << number;
+    putChar(out, separator);
 }
 
 /// Writes a number in hexadecimal and the separator. The stream is in decimal afterwards.
 inline void putHex(std::ostream& out, unsigned number, char separator)
 {
-    if (!isPlain(out))
-    {
-        out << std::hex << number << std::dec << separator;
-        return;
-    }
     Digits digits;
-    char* end = std::to_chars(digits, digits + sizeof(digits), number, 16).ptr;
-    *end++ = separator;
-    putPlain(out, digits, end - digits);
+    if (isPlain(out))
+        putPlain(out, digits, std::to_chars(digits, digits + sizeof(digits), number, 16).ptr - digits);
+    else
+        out << std::hex << number << std::dec;
+    putChar(out, separator);
 }
 } // namespace NumberOutput

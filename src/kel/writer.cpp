@@ -25,11 +25,6 @@ std::uint64_t toKey(const void* pointer)
     return reinterpret_cast<std::uintptr_t>(pointer);
 }
 
-void putLineFeed(std::ostream& out)
-{
-    NumberOutput::putBytes(out, "\n", 1);
-}
-
 Bulletin* getBulletin(Bulletin* entry)
 {
     return entry;
@@ -51,9 +46,9 @@ Writer::Writer(std::ostream& out, const Ztring& header, bool showStatus)
     if (m_showStatus)
         Status::getSingleton().setStatus(Translator::tr("Writing objects"));
     write<Ztring>(header);
-    putLineFeed(m_out);
+    NumberOutput::putChar(m_out, '\n');
     Versions::getSingleton().write(*this);
-    putLineFeed(m_out);
+    NumberOutput::putChar(m_out, '\n');
 }
 
 Writer::~Writer() = default;
@@ -120,7 +115,7 @@ Writer& Writer::write(unsigned size, const char* bytes)
 {
     write(size);
     NumberOutput::putBytes(m_out, bytes, size);
-    NumberOutput::putBytes(m_out, &s_separator, 1);
+    NumberOutput::putChar(m_out, s_separator);
     return *this;
 }
 
@@ -194,7 +189,7 @@ void Writer::writeFront()
     m_pending.pop_front();
     writeCreator(object);
     object->write(*this);
-    putLineFeed(m_out);
+    NumberOutput::putChar(m_out, '\n');
 }
 
 void Writer::reportProgress()

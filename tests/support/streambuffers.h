@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: MIT
+// Stream buffers and locales that make trouble.
+#pragma once
+
+#include <cstddef>
+#include <limits>
+#include <locale>
+#include <stdexcept>
+#include <streambuf>
+#include <string>
+
+/// What a failing buffer throws.
+class BufferError : public std::runtime_error
+{
+public:
+    BufferError() : std::runtime_error("buffer") {}
+};
+
+/// Takes so many bytes and refuses, or throws at, the next.
+class FullBuffer : public std::streambuf
+{
+public:
+    explicit FullBuffer(std::size_t room, bool isThrowing = false) : m_room(room), m_isThrowing(isThrowing) {}
+
+    void setRoom(std::size_t room) { m_room = room; }
+
+    std::string bytes;
+
+protected:
+    int_type overflow(int_type c) override
+    {
+        if (bytes.size() < m_room)
+        {
+            bytes.push_back(traits_type::to_char_type(c));
+            return c;
+        }
+        if (m_isThrowing)
+            throw BufferError();
+        return traits_type::eof();
+    }
+
+private:
+    std::size_t m_room;
+    bool m_isThrowing;
+};
+
+/// Gives its bytes in pieces of one, and then ends or throws.
+class DrippingBuffer : public std::streambuf
+{
+public:
+    explicit DrippingBuffer(std::string bytes, bool isThrowing = false)
+        : m_bytes(std::move(bytes)),
+          m_isThrowing(isThrowing)
+    {
+    }
+
+protected:
+    int_type underflow() override
+    {
+        if (m_next < m_bytes.size())
+        {
+            char* const piece = m_bytes.data() + m_next++;
+            setg(piece, piece, piece + 1);
+            return traits_type::to_int_type(*piece);
+        }
+        if (m_isThrowing)
+            throw BufferError();
+        return traits_type::eof();
+    }
+
+private:
+    std::string m_bytes;
+    std::size_t m_next = 0;
+    bool m_isThrowing;
+};
+
+/// Groups digits and writes a decimal comma.
+class ForeignNumbers : public std::numpunct<char>
+{
+    char do_decimal_point() const override { return ','; }
+    char do_thousands_sep() const override { return '.'; }
+    std::string do_grouping() const override { return "\3"; }
+};
+
+/// Makes the global locale of C++ one with foreign numbers for a scope.
+class ForeignLocale
+{
+public:
+    ForeignLocale() : m_before(std::locale::global(std::locale(std::locale::classic(), new ForeignNumbers))) {}
+    ForeignLocale(const ForeignLocale&) = delete;
+    ForeignLocale& operator=(const ForeignLocale&) = delete;
+    ~ForeignLocale() { std::locale::global(m_before); }
+
+private:
+    std::locale m_before;
+};
