@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+// truss: edits
+#include "truss/edits/boardstep.h"
+
+#include <kel/bulletinboard.h>
+
+#include <utility>
+
+namespace truss
+{
+BoardStep::BoardStep(BulletinBoard& board, Entity& entity) : m_board(board), m_entity(entity) {}
+
+BoardStep::BoardStep(BulletinBoard& board, BulletinPtr<Entity> entity)
+    : m_board(board),
+      m_entity(*entity),
+      m_parked(std::move(entity))
+{
+}
+
+void BoardStep::putOn()
+{
+    try
+    {
+        m_board.add(&m_entity);
+    }
+    catch (...)
+    {
+        if (m_board.getPtr(m_entity.getKey()) == &m_entity) // an observer threw when it was on the board already
+            m_board.remove(m_entity);
+        throw;
+    }
+    m_parked.release(); // the board owns it now
+}
+
+void BoardStep::takeOff()
+{
+    m_parked.reset(&m_entity); // first: the entity is off the board even if an observer throws
+    m_board.remove(m_entity);
+}
+} // namespace truss

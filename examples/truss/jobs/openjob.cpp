@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+// truss: jobs
+#include "truss/jobs/openjob.h"
+
+#include "truss/document/document.h"
+#include "truss/document/documentfile.h"
+#include "truss/model/model.h"
+
+#include <kel/translator.h>
+
+namespace truss
+{
+OpenJob::OpenJob(Document& document, const Kel::File& file)
+    : Job(Translator::tr("Opening")),
+      m_document(document),
+      m_file(file)
+{
+}
+
+bool OpenJob::step()
+{
+    m_document.replace(DocumentFile::open(m_file));
+    return false;
+}
+} // namespace truss

@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+// truss: jobs
+#pragma once
+
+#include "truss/analysis/analysis.h"
+#include "truss/jobs/job.h"
+
+#include <memory>
+
+namespace truss
+{
+class Document;
+
+/// Solves the model and logs a summary. An interrupted analysis leaves no result.
+class SolveJob : public Job
+{
+public:
+    SolveJob(Document& document, Analysis::Method method);
+    ~SolveJob() override;
+
+private:
+    bool step() override;
+    int getPercent() const override;
+    void finish();
+
+    Document& m_document;
+    Analysis::Method m_method;
+    std::unique_ptr<Analysis> m_analysis; // null before the first step
+};
+} // namespace truss

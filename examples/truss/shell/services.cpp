@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+// truss: shell
+#include "truss/shell/services.h"
+
+#include "truss/model/bulletinptr.h"
+#include "truss/shell/consolelog.h"
+#include "truss/shell/linuxplatform.h"
+
+#include <kel/appversion.h>
+#include <kel/branding.h>
+#include <kel/dynamicfactory.h>
+#include <kel/version.h>
+
+namespace truss
+{
+namespace
+{
+/// Puts a service on the board where the library looks for it; the board destroys it at exit.
+template <class Service>
+void add()
+{
+    BulletinPtr<Service> service(new Service);
+    DynamicFactory::getSingleton().add(service.get());
+    service.release();
+}
+
+void setBranding()
+{
+    Branding::getSingleton()->set("Pinjoint", "Truss", "truss", "pin", "www.truss.example", "%1@truss.example",
+                                  "TrussInstallMutex", "TRUSS_DIR", "trussm");
+}
+
+/// Written into every document; a document of a newer version is refused.
+void setVersion()
+{
+    *AppVersion::getCurrent() = Version(1, 0, 0, AppVersion::getStaticKey());
+}
+} // namespace
+
+void Services::install()
+{
+    add<ConsoleLog>();
+    add<LinuxPlatform>();
+    setBranding();
+    setVersion();
+}
+} // namespace truss
