@@ -2,6 +2,7 @@
 // libkel: Tasks and progress
 #include <kel/batchtask.h>
 
+#include <kel/othertasks.h>
 #include <kel/tasks.h>
 
 #include "support/installed.h"
@@ -24,6 +25,13 @@ using testing::Pair;
 
 struct BatchTaskTest : testing::Test
 {
+    // Runs what the end of a run has left for later.
+    ~BatchTaskTest() override
+    {
+        while (OtherTasks::getSingleton()->onIdle())
+            continue;
+    }
+
     TestTask* make(const std::string& name, int steps = 1) { return new TestTask(journal, name, steps); }
 
     static void runAll(BatchTask& batch)
