@@ -10,11 +10,11 @@
 
 namespace
 {
-/// The address behind a reference, read in a way that lets no compiler conclude that it cannot be null.
-const Bulletin* addressOf(const Bulletin& obj)
+/// Whether there is an address, which is that of a reference: read so that no compiler can conclude that there must be.
+bool valid(const Bulletin* address)
 {
-    const Bulletin* const volatile address = &obj;
-    return address;
+    const Bulletin* const volatile asPassed = address;
+    return asPassed != nullptr;
 }
 } // namespace
 
@@ -41,7 +41,7 @@ void Bulletin::notifyObservers(Notifier& notifier)
 
 void Bulletin::destroy(Bulletin& deadObj, bool force)
 {
-    KEL_ASSERT(addressOf(deadObj) != nullptr, "valid(&deadObj)");
+    KEL_ASSERT(valid(&deadObj), "valid(&deadObj)");
     tryDestroy(deadObj, force);
 }
 
