@@ -28,7 +28,7 @@
 class KEL_API BulletinBoard : public Bulletin
 {
 public:
-    using value_type = BulletinMap::Entry;
+    using value_type = BulletinMap::value_type;
     using const_iterator = BulletinMap::const_iterator;
     using iterator = const_iterator;
 

@@ -33,6 +33,7 @@ public:
     };
 
     class const_iterator;
+    using value_type = Entry;
 
     BulletinMap();
     BulletinMap(const BulletinMap&) = delete;
