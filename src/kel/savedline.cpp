@@ -2,6 +2,7 @@
 // libkel: Persistence
 #include <kel/savedline.h>
 
+#include <kel/autodelete.h>
 #include <kel/reader.h>
 
 #include <sstream>
@@ -16,8 +17,8 @@ SavedLine::LineReader::LineReader(Reader& reader, const BulletinKey& key) : m_re
     if (!saved)
         return;
     m_line = std::make_unique<std::istringstream>(saved->getLine());
+    const AutoDelete owned(saved);
     reader.removeByKey(key);
-    Bulletin::destroy(saved, false);
     // Last, so that the reader never keeps a stream that a failure has destroyed.
     m_previous = reader.set(m_line.get());
 }

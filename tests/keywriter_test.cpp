@@ -1,0 +1,124 @@
+// SPDX-License-Identifier: MIT
+// libkel: Persistence
+#include <kel/keywriter.h>
+
+#include <kel/namedkeys.h>
+#include <kel/writer.h>
+
+#include "support/streams.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+
+namespace
+{
+/// A stream into which keys are written.
+struct KeyStream
+{
+    KeyStream() { out.str(""); }
+
+    std::string write(const BulletinKey& key)
+    {
+        out.str("");
+        key.write(writer);
+        return out.str();
+    }
+
+    std::ostringstream out;
+    Writer writer{out, "Test", false};
+};
+} // namespace
+
+TEST(KeyWriter, HasTheKeyOfItsName)
+{
+    EXPECT_EQ(KeyWriter::getStaticKey(), BulletinKey("KeyWriter"));
+    EXPECT_EQ(KeyWriter().getKey(), KeyWriter::getStaticKey());
+}
+
+TEST(KeyWriter, NamedKeyIsWrittenAsItsName)
+{
+    KeyStream stream;
+    EXPECT_EQ(stream.write(BulletinKey("Load")), "4 Load ");
+    EXPECT_EQ(stream.write(BulletinKey("with space\n")), "11 with space\n ");
+    EXPECT_EQ(stream.write(BulletinKey("\xc3\xa9")), "2 \xc3\xa9 ");
+}
+
+TEST(KeyWriter, KeyWithAnAliasIsWrittenAsItsPrimaryName)
+{
+    const BulletinKey key("Primary", "Alias");
+    EXPECT_EQ(KeyStream().write(BulletinKey("Alias")), "7 Primary ");
+}
+
+TEST(KeyWriter, AnonymousKeysAreNumberedFromZeroInHexadecimal)
+{
+    KeyStream stream;
+    for (const char* const number : {"0", "1", "2", "3", "4", "5", "6", "7", "8", "9", "a", "b"})
+        EXPECT_EQ(stream.write(BulletinKey()), std::string("0  ") + number + " ");
+}
+
+TEST(KeyWriter, AnonymousKeyMetAgainKeepsItsNumber)
+{
+    KeyStream stream;
+    const BulletinKey first;
+    const BulletinKey second;
+    EXPECT_EQ(stream.write(second), "0  0 ");
+    EXPECT_EQ(stream.write(first), "0  1 ");
+    EXPECT_EQ(stream.write(second), "0  0 ");
+    EXPECT_EQ(stream.write(first), "0  1 ");
+}
+
+TEST(KeyWriter, NumbersManyKeys)
+{
+    KeyStream stream;
+    const BulletinKey first;
+    stream.write(first);
+    for (int i = 1; i < 0x1234; ++i)
+        stream.write(BulletinKey());
+    EXPECT_EQ(stream.write(BulletinKey()), "0  1234 ");
+    EXPECT_EQ(stream.write(first), "0  0 ");
+}
+
+TEST(KeyWriter, EachStreamNumbersItsKeysIndependently)
+{
+    KeyStream first;
+    KeyStream second;
+    const BulletinKey key;
+    first.write(BulletinKey());
+    EXPECT_EQ(first.write(key), "0  1 ");
+    EXPECT_EQ(second.write(key), "0  0 ");
+}
+
+TEST(KeyWriter, ComesIntoBeingWithTheFirstAnonymousKey)
+{
+    KeyStream stream;
+    stream.write(BulletinKey("Load"));
+    EXPECT_FALSE(stream.writer.hasKey(KeyWriter::getStaticKey()));
+    stream.write(BulletinKey());
+    EXPECT_TRUE(stream.writer.getPtr<KeyWriter>());
+}
+
+TEST(KeyWriter, EmptyNameIsWrittenAsAnAnonymousKey)
+{
+    EXPECT_EQ(KeyStream().write(BulletinKey("")), "0  0 ");
+}
+
+TEST(KeyWriter, LeavesTheStreamInDecimal)
+{
+    KeyStream stream;
+    stream.write(BulletinKey());
+    stream.out.str("");
+    stream.out << 10;
+    EXPECT_EQ(stream.out.str(), "10");
+}
+
+TEST(NamedKeysInStreams, WriteTellsWhetherThereIsAName)
+{
+    KeyStream stream;
+    EXPECT_TRUE(NamedKeys::getSingleton().write(stream.writer, BulletinKey("Load").getNumber()));
+    EXPECT_EQ(stream.out.str(), "4 Load ");
+    stream.out.str("");
+    EXPECT_FALSE(NamedKeys::getSingleton().write(stream.writer, BulletinKey().getNumber()));
+    EXPECT_EQ(stream.out.str(), "0  ");
+}
