@@ -11,6 +11,10 @@
 class KEL_API OrderedBulletins : public Bulletin
 {
 public:
+    using value_type = Bulletin*;
+    using const_iterator = Bulletin* const*;
+    using iterator = const_iterator;
+
     /// Empty, with room for 5.
     explicit OrderedBulletins(const BulletinKey& key);
     /// Has the same key and the same list, with room for no more.
@@ -34,8 +38,8 @@ public:
     bool empty() const { return m_list.empty(); }
     /// The index is not checked.
     Bulletin* operator[](unsigned index) const { return m_list[index]; }
-    Bulletin* const* begin() const { return m_list.begin(); }
-    Bulletin* const* end() const { return m_list.end(); }
+    const_iterator begin() const { return m_list.begin(); }
+    const_iterator end() const { return m_list.end(); }
 
     /// Drops all bulletins and destroys none.
     void clear();
