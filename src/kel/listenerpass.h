@@ -16,7 +16,8 @@ template <class Listener>
 class ListenerPass
 {
 public:
-    ListenerPass(const Array<Listener*>& listeners, ListenerPass*& running)
+    // Not inlined: g++ 12 takes the link to the pass for a dangling one, although the destructor takes it back.
+    [[gnu::noinline]] ListenerPass(const Array<Listener*>& listeners, ListenerPass*& running)
         : m_listeners(listeners),
           m_end(listeners.size()),
           m_running(running),
