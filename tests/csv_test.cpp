@@ -35,7 +35,7 @@ protected:
         return read(in);
     }
 
-    Csv m_csv{Kel::File("table.csv")};
+    const Csv m_csv{Kel::File("table.csv")};
 };
 } // namespace
 

@@ -19,7 +19,7 @@ bool isDoubledQuote(unsigned count)
 
 Csv::Csv(const Kel::File&) {}
 
-void Csv::writeElement(std::ostream& out, const std::string& field)
+void Csv::writeElement(std::ostream& out, const std::string& field) const
 {
     std::string element(1, s_quote);
     for (const char c : field)
@@ -33,7 +33,7 @@ void Csv::writeElement(std::ostream& out, const std::string& field)
     out << element;
 }
 
-void Csv::readElement(std::istream& in, std::string& field)
+void Csv::readElement(std::istream& in, std::string& field) const
 {
     bool insideQuotes = false;
     unsigned quotes = 0;
@@ -44,12 +44,11 @@ void Csv::readElement(std::istream& in, std::string& field)
             if (isDoubledQuote(++quotes))
                 field += s_quote;
             insideQuotes = !insideQuotes;
+            continue;
         }
-        else if (insideQuotes)
-            field += c;
-        else if (c == '\n' || c == s_separator)
+        if (!insideQuotes && (c == '\n' || c == s_separator))
             return;
-        else if (c != ' ')
+        if (insideQuotes || c != ' ')
             field += c;
     }
 }

@@ -23,9 +23,9 @@ public:
     explicit Csv(const Kel::File& file);
 
     /// Writes the field between double quotes, those inside it doubled, and a comma.
-    void writeElement(std::ostream& out, const std::string& field);
+    void writeElement(std::ostream& out, const std::string& field) const;
 
     /// Appends the next field to `field`. Outside quotes all spaces are dropped and a carriage return is kept. The end
     /// of the input ends the field too and leaves the stream failed.
-    void readElement(std::istream& in, std::string& field);
+    void readElement(std::istream& in, std::string& field) const;
 };

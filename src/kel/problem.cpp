@@ -2,7 +2,7 @@
 // libkel: Foundations
 #include <kel/problem.h>
 
-Problem::Problem(Ztring message) : std::runtime_error(message.str()), m_annotation(message) {}
+Problem::Problem(const Ztring& message) : std::runtime_error(message.str()), m_annotation(message) {}
 
 Problem::~Problem() = default;
 

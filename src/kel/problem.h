@@ -23,7 +23,7 @@
 class KEL_API Problem : public std::runtime_error
 {
 public:
-    explicit Problem(Ztring message);
+    explicit Problem(const Ztring& message);
     Problem(const Problem& other) = default;
     Problem& operator=(const Problem& other) = default;
     ~Problem() override;

@@ -114,7 +114,8 @@ Ztring::Ztring(const Ztring& other) : m_text(new wxString(*other.m_text)) {}
 
 Ztring& Ztring::operator=(const Ztring& other)
 {
-    *m_text = *other.m_text;
+    if (this != &other)
+        *m_text = *other.m_text;
     m_nextArg = 1;
     return *this;
 }
