@@ -59,20 +59,20 @@ TEST(BulletinKey, OfTheEmptyNameIsRegisteredLikeAnyOther)
 
 TEST(BulletinKey, AliasLeadsToTheKeyAndItsPrimaryName)
 {
-    const BulletinKey key("name", "alias");
+    const BulletinKey key("primary", "alias");
     const BulletinKey byAlias("alias");
     EXPECT_EQ(byAlias, key);
-    EXPECT_EQ(byAlias.getName(), "name");
-    EXPECT_EQ(BulletinKey(std::string("name"), std::string("alias")), key);
+    EXPECT_EQ(byAlias.getName(), "primary");
+    EXPECT_EQ(BulletinKey(std::string("primary"), std::string("alias")), key);
 }
 
 TEST(BulletinKey, AliasThatNamesAnExistingKeyIsIgnored)
 {
     const BulletinKey old("old");
-    const BulletinKey key("name", "old");
+    const BulletinKey key("new", "old");
     EXPECT_NE(key, old);
     EXPECT_EQ(BulletinKey("old"), old);
-    EXPECT_EQ(key.getName(), "name");
+    EXPECT_EQ(key.getName(), "new");
 }
 
 TEST(BulletinKey, CopiesTakeTheNumber)
@@ -88,8 +88,8 @@ TEST(BulletinKey, CopiesTakeTheNumber)
 
 TEST(BulletinKey, OlderKeySortsFirst)
 {
-    const BulletinKey older("z");
-    const BulletinKey newer("a");
+    const BulletinKey older("zz older");
+    const BulletinKey newer("aa newer");
     EXPECT_LT(older, newer);
     EXPECT_FALSE(newer < older);
     EXPECT_FALSE(older < older);

@@ -37,44 +37,51 @@ public:
             std::abort();
     }
 };
+class DynamicFactoryTest : public testing::Test
+{
+protected:
+    ~DynamicFactoryTest() override { m_factory.deleteAll(); }
+
+    DynamicFactory& m_factory = DynamicFactory::getSingleton();
+};
 } // namespace
 
-TEST(DynamicFactory, IsOneBoard)
+TEST_F(DynamicFactoryTest, IsOneBoard)
 {
-    EXPECT_EQ(&DynamicFactory::getSingleton(), &DynamicFactory::getSingleton());
+    EXPECT_EQ(&DynamicFactory::getSingleton(), &m_factory);
 }
 
-TEST(DynamicFactory, ServiceIsCreatedOnDemandOnce)
+TEST_F(DynamicFactoryTest, ServiceIsCreatedOnDemandOnce)
 {
     Greeter* const greeter = Greeter::getSingleton();
     EXPECT_EQ(greeter->greet(), "Hello.");
     EXPECT_EQ(Greeter::getSingleton(), greeter);
 }
 
-TEST(DynamicFactory, ServiceOfTheApplicationTakesThePlaceOfTheDefault)
+TEST_F(DynamicFactoryTest, ServiceOfTheApplicationTakesThePlaceOfTheDefault)
 {
     auto* const installed = new PoliteGreeter;
-    DynamicFactory::getSingleton().add(installed);
+    m_factory.add(installed);
     EXPECT_EQ(Greeter::getSingleton(), installed);
     EXPECT_EQ(Greeter::getSingleton()->greet(), "Good morning.");
 }
 
-TEST(DynamicFactory, SecondServiceUnderTheKeyThrows)
+TEST_F(DynamicFactoryTest, SecondServiceUnderTheKeyThrows)
 {
     Greeter::getSingleton();
     const auto second = std::make_unique<PoliteGreeter>();
-    EXPECT_ASSERTION(DynamicFactory::getSingleton().add(second.get()), "!hasKey(key)");
+    EXPECT_ASSERTION(m_factory.add(second.get()), "!hasKey(key)");
     EXPECT_EQ(Greeter::getSingleton()->greet(), "Hello.");
 }
 
-TEST(DynamicFactory, RemovedServiceIsCreatedAnew)
+TEST_F(DynamicFactoryTest, RemovedServiceIsCreatedAnew)
 {
     const std::unique_ptr<Greeter> first(Greeter::getSingleton());
-    DynamicFactory::getSingleton().remove(*first);
+    m_factory.remove(*first);
     EXPECT_NE(Greeter::getSingleton(), first.get());
 }
 
-TEST(DynamicFactory, DestroysTheServicesLeftOnIt)
+TEST_F(DynamicFactoryTest, DestroysTheServicesLeftOnIt)
 {
     Story story;
     {

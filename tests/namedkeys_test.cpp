@@ -8,6 +8,12 @@
 
 namespace
 {
+// Names last as long as the process, so each case puts its own name in front.
+std::string own(const std::string& name)
+{
+    return std::string(testing::UnitTest::GetInstance()->current_test_info()->name()) + ' ' + name;
+}
+
 unsigned key(const std::string& name, const std::string& alias = std::string())
 {
     return NamedKeys::getSingleton().getKey(name, alias);
@@ -26,54 +32,54 @@ TEST(NamedKeys, SingletonIsOneRegistry)
 
 TEST(NamedKeys, GiveANameItsNumberOnFirstUse)
 {
-    const unsigned number = key("name");
+    const unsigned number = key(own("name"));
     EXPECT_NE(number, 0u);
-    EXPECT_EQ(key("name"), number);
-    EXPECT_EQ(nameOf(number), "name");
-    EXPECT_EQ(BulletinKey("name").getNumber(), number);
+    EXPECT_EQ(key(own("name")), number);
+    EXPECT_EQ(nameOf(number), own("name"));
+    EXPECT_EQ(BulletinKey(own("name")).getNumber(), number);
 }
 
 TEST(NamedKeys, DrawFromTheCounterOfTheAnonymousKeys)
 {
     const unsigned before = BulletinKey().getNumber();
-    EXPECT_EQ(key("name"), before + 1);
+    EXPECT_EQ(key(own("name")), before + 1);
     EXPECT_EQ(BulletinKey().getNumber(), before + 2);
 }
 
 TEST(NamedKeys, KnownNameTakesNoNumber)
 {
-    key("name");
+    key(own("name"));
     const unsigned before = BulletinKey().getNumber();
-    key("name", "alias");
+    key(own("name"), own("alias"));
     EXPECT_EQ(BulletinKey().getNumber(), before + 1);
 }
 
 TEST(NamedKeys, AliasOfAKnownNameIsNotRegistered)
 {
-    const unsigned number = key("name");
-    EXPECT_EQ(key("name", "alias"), number);
-    EXPECT_NE(key("alias"), number);
-    EXPECT_EQ(nameOf(key("alias")), "alias");
+    const unsigned number = key(own("name"));
+    EXPECT_EQ(key(own("name"), own("alias")), number);
+    EXPECT_NE(key(own("alias")), number);
+    EXPECT_EQ(nameOf(key(own("alias"))), own("alias"));
 }
 
 TEST(NamedKeys, LaterAliasDoesNotStealAName)
 {
-    const unsigned first = key("first", "alias");
-    const unsigned second = key("second", "alias");
+    const unsigned first = key(own("first"), own("alias"));
+    const unsigned second = key(own("second"), own("alias"));
     EXPECT_NE(second, first);
-    EXPECT_EQ(key("alias"), first);
+    EXPECT_EQ(key(own("alias")), first);
 }
 
 TEST(NamedKeys, AliasEqualToTheNameChangesNothing)
 {
-    const unsigned number = key("name", "name");
-    EXPECT_EQ(key("name"), number);
-    EXPECT_EQ(nameOf(number), "name");
+    const unsigned number = key(own("name"), own("name"));
+    EXPECT_EQ(key(own("name")), number);
+    EXPECT_EQ(nameOf(number), own("name"));
 }
 
 TEST(NamedKeys, EmptyAliasIsNoAlias)
 {
-    const unsigned number = key("name", "");
+    const unsigned number = key(own("name"), "");
     EXPECT_NE(key(""), number);
 }
 
@@ -85,10 +91,10 @@ TEST(NamedKeys, NumberWithoutANameHasTheSharedEmptyOne)
 
 TEST(NamedKeys, NamesStayWhereTheyAreWhileTheRegistryGrows)
 {
-    const unsigned number = key("name");
+    const unsigned number = key(own("name"));
     const std::string& name = nameOf(number);
     for (int i = 0; i < 10000; ++i)
-        key("other" + std::to_string(i));
+        key(own("other") + std::to_string(i));
     EXPECT_EQ(&nameOf(number), &name);
-    EXPECT_EQ(name, "name");
+    EXPECT_EQ(name, own("name"));
 }
