@@ -174,7 +174,7 @@ TEST(Array, EraseOfAnAbsentValueDropsTheLastElement)
 TEST(Array, CopyHasTheCapacityOfItsSize)
 {
     const Array<int> array = makeArray<int>(1, 2, 3);
-    const Array<int> copy(array);
+    const Array<int> copy(array); // NOLINT(performance-unnecessary-copy-initialization)
     EXPECT_THAT(copy, ElementsAre(1, 2, 3));
     EXPECT_EQ(copy.capacity(), 3u);
     EXPECT_EQ(array.capacity(), 4u);
@@ -185,7 +185,7 @@ TEST(Array, CopyOfAnEmptyArrayHasNoStorage)
 {
     Array<int> array;
     array.reserve(5);
-    const Array<int> copy(array);
+    const Array<int> copy(array); // NOLINT(performance-unnecessary-copy-initialization)
     EXPECT_EQ(copy.capacity(), 0u);
     EXPECT_EQ(copy.begin(), nullptr);
 }

@@ -24,9 +24,9 @@ namespace
 /// Pools are never given back, as in a program: they stay registered.
 Pool& makePool(const char* name, unsigned objectSize, Pool::ChunkSize chunkSize)
 {
-    static Pool* s_pools[10];
-    static unsigned s_count = 0;
-    return *(s_pools[s_count++] = new Pool(name, objectSize, chunkSize));
+    static std::vector<Pool*>& pools = *new std::vector<Pool*>;
+    pools.push_back(new Pool(name, objectSize, chunkSize));
+    return *pools.back();
 }
 
 std::string getInfo(const Pool& pool)

@@ -8,6 +8,8 @@
 #include <gtest/gtest.h>
 #include <wx/translation.h>
 
+#include <memory>
+
 namespace
 {
 const char* const s_openFailed = "Failed to open file: '%1'";
@@ -37,7 +39,7 @@ TEST(Translator, ATextThatNoCatalogueKnowsStays)
 
 TEST(Translator, AnEmptySetOfCataloguesLeavesTheText)
 {
-    wxTranslations::Set(new wxTranslations);
+    wxTranslations::Set(std::make_unique<wxTranslations>().release());
     EXPECT_EQ(Translator::tr("Save"), "Save");
     wxTranslations::Set(nullptr);
 }

@@ -152,7 +152,7 @@ TEST(Ztring, CopiesShareNothing)
 TEST(Ztring, AMovedFromTextIsAText)
 {
     Ztring text = "abc";
-    const Ztring moved(std::move(text));
+    const Ztring moved(std::move(text)); // NOLINT(performance-move-const-arg)
     EXPECT_EQ(moved, "abc");
     text = "d"; // NOLINT(bugprone-use-after-move,clang-analyzer-cplusplus.Move)
     EXPECT_EQ(text, "d");
@@ -369,7 +369,7 @@ TEST(ZtringPlaceholders, ACopyStartsAgain)
     const Ztring text = "%1 %2 %3";
     text.argReplace("a");
     text.argReplace("b");
-    const Ztring copy(text);
+    const Ztring copy(text); // NOLINT(performance-unnecessary-copy-initialization)
     copy.argReplace("c");
     EXPECT_EQ(copy, "a b %3");
     text.argReplace("c");

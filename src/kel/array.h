@@ -32,8 +32,8 @@ public:
 
     Array& operator=(const Array& other)
     {
-        Array copy(other);
-        swap(copy);
+        if (this != &other)
+            *this = Array(other);
         return *this;
     }
 

@@ -64,6 +64,8 @@ std::size_t failEachInTurn(Action action, OnFailure onFailure)
 }
 } // namespace allocations
 
+// Replacements cannot be inline.
+// NOLINTBEGIN(misc-definitions-in-headers)
 void* operator new(std::size_t size)
 {
     return allocations::allocate(size);
@@ -93,3 +95,4 @@ void operator delete[](void* memory, std::size_t) noexcept
 {
     std::free(memory);
 }
+// NOLINTEND(misc-definitions-in-headers)

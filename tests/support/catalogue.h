@@ -10,6 +10,8 @@
 
 #include <cstdlib>
 #include <initializer_list>
+#include <memory>
+#include <sstream>
 #include <string>
 #include <utility>
 
@@ -27,9 +29,9 @@ public:
         const std::string source = m_directory.write("application.po", toSource(messages));
         const std::string target = m_directory / "application.mo";
         EXPECT_EQ(std::system(("msgfmt -o '" + target + "' '" + source + "'").c_str()), 0);
-        wxTranslations::Set(new wxTranslations);
+        wxTranslations::Set(std::make_unique<wxTranslations>().release());
         wxTranslations::Get()->SetLanguage("de");
-        wxTranslations::Get()->SetLoader(new Loader(target));
+        wxTranslations::Get()->SetLoader(std::make_unique<Loader>(target).release());
         EXPECT_TRUE(wxTranslations::Get()->AddCatalog("application"));
     }
     Catalogue(const Catalogue&) = delete;
@@ -62,10 +64,11 @@ private:
 
     static std::string toSource(Messages messages)
     {
-        std::string source = "msgid \"\"\nmsgstr \"Content-Type: text/plain; charset=UTF-8\\n\"\n";
+        std::ostringstream source;
+        source << "msgid \"\"\nmsgstr \"Content-Type: text/plain; charset=UTF-8\\n\"\n";
         for (const auto& [text, translation] : messages)
-            source += "\nmsgid \"" + text + "\"\nmsgstr \"" + translation + "\"\n";
-        return source;
+            source << "\nmsgid \"" << text << "\"\nmsgstr \"" << translation << "\"\n";
+        return source.str();
     }
 
     TemporaryDirectory m_directory;
