@@ -3,6 +3,7 @@
 #include "truss/edits/boardstep.h"
 
 #include <kel/bulletinboard.h>
+#include <kel/zassert.h>
 
 #include <utility>
 
@@ -25,7 +26,7 @@ void BoardStep::putOn()
     }
     catch (...)
     {
-        if (m_board.getPtr(m_entity.getKey()) == &m_entity) // an observer threw when it was on the board already
+        if (isOnBoard()) // an observer threw
             m_board.remove(m_entity);
         throw;
     }
@@ -34,7 +35,13 @@ void BoardStep::putOn()
 
 void BoardStep::takeOff()
 {
+    KEL_ASSERT(isOnBoard(), "isOnBoard()");
     m_parked.reset(&m_entity); // first: the entity is off the board even if an observer throws
     m_board.remove(m_entity);
+}
+
+bool BoardStep::isOnBoard() const
+{
+    return m_board.getPtr(m_entity.getKey()) == &m_entity;
 }
 } // namespace truss

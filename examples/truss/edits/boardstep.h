@@ -27,6 +27,8 @@ protected:
     void takeOff();
 
 private:
+    bool isOnBoard() const;
+
     BulletinBoard& m_board;
     Entity& m_entity;
     BulletinPtr<Entity> m_parked; // the entity while it is off the board, otherwise null
