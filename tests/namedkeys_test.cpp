@@ -54,12 +54,20 @@ TEST(NamedKeys, KnownNameTakesNoNumber)
     EXPECT_EQ(BulletinKey().getNumber(), before + 1);
 }
 
-TEST(NamedKeys, AliasOfAKnownNameIsNotRegistered)
+TEST(NamedKeys, AliasCanBeGivenToAKnownName)
 {
     const unsigned number = key(own("name"));
     EXPECT_EQ(key(own("name"), own("alias")), number);
-    EXPECT_NE(key(own("alias")), number);
-    EXPECT_EQ(nameOf(key(own("alias"))), own("alias"));
+    EXPECT_EQ(key(own("alias")), number);
+    EXPECT_EQ(nameOf(number), own("name"));
+}
+
+TEST(NamedKeys, AliasCanBeGivenToAnAlias)
+{
+    const unsigned number = key(own("name"), own("alias"));
+    EXPECT_EQ(key(own("alias"), own("second alias")), number);
+    EXPECT_EQ(key(own("second alias")), number);
+    EXPECT_EQ(nameOf(number), own("name"));
 }
 
 TEST(NamedKeys, LaterAliasDoesNotStealAName)

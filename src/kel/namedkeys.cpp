@@ -19,9 +19,8 @@ NamedKeys& NamedKeys::getSingleton()
 
 unsigned NamedKeys::getKey(const std::string& name, const std::string& alias)
 {
-    if (const auto found = m_numbers.find(name); found != m_numbers.end())
-        return found->second;
-    const unsigned number = create(name);
+    const auto found = m_numbers.find(name);
+    const unsigned number = found != m_numbers.end() ? found->second : create(name);
     if (!alias.empty())
         m_numbers.try_emplace(alias, number);
     return number;

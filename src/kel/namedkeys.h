@@ -24,9 +24,8 @@ public:
     static NamedKeys& getSingleton();
 
     /// The number of a name, created if the name is new. An alias that is not empty and not known yet becomes a second
-    /// name of that number. The first registration wins: a known name keeps its number, whatever comes later.
-    ///
-    /// An alias takes part only when `name` is new; with a known name it is not looked at.
+    /// name of that number, be `name` new or not. The first registration wins: a known name keeps its number, whatever
+    /// comes later.
     unsigned getKey(const std::string& name, const std::string& alias);
 
     /// The name that the number was created for, never an alias; empty when there is none. Lives as long as the
