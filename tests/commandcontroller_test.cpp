@@ -34,7 +34,12 @@ class TestCommand : public Command
 {
 public:
     TestCommand(Journal& journal, const std::string& label) : m_journal(journal), m_label(label) {}
-    ~TestCommand() override { m_journal.push_back("delete " + m_label); }
+    ~TestCommand() override
+    {
+        m_journal.push_back("delete " + m_label);
+        if (onDelete)
+            onDelete();
+    }
 
     void execute() override { act("do ", onExecute); }
     void undo() override { act("undo ", onUndo); }
@@ -52,6 +57,7 @@ public:
     std::function<void()> onExecute;
     std::function<void()> onUndo;
     std::function<void()> onRedo;
+    std::function<void()> onDelete;
     bool undoable = true;
     bool isUndoableFails = false;
 
@@ -177,6 +183,17 @@ TEST_F(CommandControllerTest, NewCommandDeletesWhatCouldBeRedone)
     EXPECT_ASSERTION(controller.redo(), "!m_redo.empty()");
     controller.undo();
     EXPECT_EQ(getLabels(), "a|d");
+}
+
+TEST_F(CommandControllerTest, NewCommandIsNotOnTheStackYetWhileTheRedoStackIsEmptied)
+{
+    executeAll({"a"});
+    std::string labels;
+    execute("b").onDelete = [&] { labels = getLabels(); };
+    controller.undo();
+    execute("c");
+    EXPECT_EQ(labels, "a|-");
+    EXPECT_EQ(getLabels(), "c|-");
 }
 
 TEST_F(CommandControllerTest, CommandThatIsNotUndoableLeavesNoTrace)
@@ -381,7 +398,7 @@ TEST_F(CommandControllerTest, FailingObserverFindsTheStacksAlreadyChanged)
     menu.fails = false;
 }
 
-TEST_F(CommandControllerTest, CommandThatThereIsNoRoomForIsDeletedAndTheRedoStackStays)
+TEST_F(CommandControllerTest, CommandThatThereIsNoRoomForIsDeletedBehindTheRedoStack)
 {
     menu.unobserve(controller);
     std::string labels = "c|-";
@@ -395,7 +412,7 @@ TEST_F(CommandControllerTest, CommandThatThereIsNoRoomForIsDeletedAndTheRedoStac
         if (labels == "c|-")
             controller.undo();
     }
-    EXPECT_EQ(labels, "a|b");
+    EXPECT_EQ(labels, "a|-");
     EXPECT_EQ(journal.back(), "delete c");
 }
 

@@ -48,9 +48,8 @@ void CommandController::execute(Command* command)
     owned->execute();
     if (!owned->isUndoable())
         return;
-    // Pushed before the redo stack goes, since only the push can fail.
-    pushBackOwned(m_undo, std::move(owned));
     clearRedo();
+    pushBackOwned(m_undo, std::move(owned));
     announceChange();
 }
 

@@ -43,8 +43,8 @@ public:
     /// Executes a command and owns it from then on.
     ///
     /// A command that throws is deleted, and the exception passes through; neither stack changes. So is, after its
-    /// execution, a command that is not undoable: it leaves no trace here. Any other command becomes the top of the
-    /// undo stack, and the redo stack is emptied. The undo stack is not pruned.
+    /// execution, a command that is not undoable: it leaves no trace here. Any other command empties the redo stack
+    /// and becomes the top of the undo stack, which is not pruned.
     void execute(Command* command);
 
     /// Undoes the top of the undo stack and moves it to the redo stack.
