@@ -64,6 +64,16 @@ TEST_F(BrandingTest, ThereIsOneSetOfValues)
     EXPECT_EQ(Branding::getSingleton(), &branding);
 }
 
+TEST_F(BrandingTest, OtherValuesStartWithTheDefaults)
+{
+    rename();
+    Branding other;
+    EXPECT_EQ(other.getCompany(), "Pellwick");
+    EXPECT_EQ(other.createUrl("a"), "http://www.pellwick.example/a");
+    other.addPoweredBy("A");
+    EXPECT_EQ(other.getPoweredBy().size(), 1u);
+}
+
 TEST_F(BrandingTest, PageIsTakenAsGiven)
 {
     EXPECT_EQ(branding.createUrl(""), "http://www.pellwick.example/");

@@ -40,6 +40,15 @@ TEST_F(OtherTasksTest, ThereIsOneQueue)
     EXPECT_EQ(OtherTasks::getSingleton(), &tasks);
 }
 
+TEST_F(OtherTasksTest, OtherQueuesHaveTasksOfTheirOwn)
+{
+    OtherTasks other;
+    other.add(new TestTask(journal, "s"));
+    EXPECT_FALSE(tasks.onIdle());
+    EXPECT_FALSE(other.onIdle());
+    EXPECT_THAT(journal, ElementsAre("run s", "delete s"));
+}
+
 TEST_F(OtherTasksTest, IdleCallOfAnEmptyQueueDoesNothing)
 {
     EXPECT_FALSE(tasks.onIdle());

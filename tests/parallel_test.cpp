@@ -83,6 +83,15 @@ TEST_F(ParallelTest, ThereIsOneSetOfSettings)
     EXPECT_EQ(Parallel::getSingleton(), &parallel);
 }
 
+TEST(Parallel, OtherSettingsStartWithTheDefaults)
+{
+    Parallel other;
+    EXPECT_EQ(other.getThreadCount(), 1u);
+    other.setThreadCount(8);
+    EXPECT_EQ(other.setThreads(2500, 8), 3u);
+    EXPECT_EQ(Parallel::getSingleton()->getThreadCount(), 1u);
+}
+
 TEST_F(ParallelTest, OffersOneThreadAndLeadsTheRun)
 {
     EXPECT_EQ(parallel.getMaxThreadCount(), 1u);

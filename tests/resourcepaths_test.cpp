@@ -36,6 +36,15 @@ TEST(ResourcePaths, StartsEmptyWithRoomForFive)
     EXPECT_EQ(ResourcePaths::getSingleton()->capacity(), 5u);
 }
 
+TEST(ResourcePaths, OtherListsStartAsTheFirst)
+{
+    ResourcePaths other;
+    EXPECT_EQ(other.capacity(), 5u);
+    other.addPath("a");
+    EXPECT_EQ(other.size(), 1u);
+    EXPECT_TRUE(ResourcePaths::getSingleton()->empty());
+}
+
 TEST_F(ResourcePathsTest, ThereIsOneList)
 {
     EXPECT_EQ(ResourcePaths::getSingleton(), &paths);

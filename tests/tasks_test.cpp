@@ -338,6 +338,24 @@ TEST_F(TasksTest, ListenerDetachedByAnotherIsNotToldAnyMore)
     tasks.detach(&c);
 }
 
+TEST_F(TasksTest, DetachingFromAnotherQueueDuringANotificationShiftsNobody)
+{
+    Tasks other;
+    Listener b(journal, "b");
+    other.attach(&listener);
+    tasks.attach(&listener);
+    attach(b);
+    listener.onTold = [&]
+    {
+        listener.onTold = nullptr;
+        other.detach(&listener);
+    };
+    tasks.notifyChanged();
+    EXPECT_THAT(journal, ElementsAre("a idle", "b idle"));
+    tasks.detach(&listener);
+    tasks.detach(&b);
+}
+
 TEST_F(TasksTest, ListenerMayDetachItself)
 {
     Listener b(journal, "b");

@@ -14,10 +14,14 @@
 class KEL_API Branding
 {
 public:
+    /// Has the values of the library and no credits.
+    Branding();
+    ~Branding();
+
     Branding(const Branding&) = delete;
     Branding& operator=(const Branding&) = delete;
 
-    /// The one instance of the process; it lives until exit.
+    /// The instance that the process uses; it lives until exit.
     static Branding* getSingleton();
 
     /// @name Values
@@ -95,9 +99,6 @@ public:
     /// @}
 
 private:
-    Branding();
-    ~Branding();
-
     std::string createDownloadUrl(const std::string& system, const std::string& page) const;
 
     Ztring m_company;

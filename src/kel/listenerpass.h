@@ -9,9 +9,9 @@
 /// One walk over a list of listeners that may change, or be walked again, while they are told.
 ///
 /// A listener that is erased before its turn is passed over; one that is appended is left to the next pass. The running
-/// passes of a list form a chain that starts at `running`, innermost first; whoever erases does it with erase, which
-/// adjusts them all. Positions are kept, not copies of the list: the address of an erased listener may belong to
-/// another one by the time of its turn.
+/// passes over lists of one kind form a chain that starts at `running`, innermost first; whoever erases does it with
+/// erase, which adjusts those over the list. Positions are kept, not copies of the list: the address of an erased
+/// listener may belong to another one by the time of its turn.
 template <class Listener>
 class ListenerPass
 {
@@ -41,7 +41,8 @@ public:
         const auto position = static_cast<unsigned int>(erased - listeners.begin());
         listeners.erase(listener);
         for (ListenerPass* pass = running; pass != nullptr; pass = pass->m_outer)
-            pass->closeGap(position);
+            if (&pass->m_listeners == &listeners)
+                pass->closeGap(position);
     }
 
 private:

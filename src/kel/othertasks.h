@@ -14,10 +14,15 @@ class Task;
 class KEL_API OtherTasks
 {
 public:
+    OtherTasks();
+
+    /// Frees the queue but not the tasks in it, which may need what no longer exists at exit.
+    ~OtherTasks();
+
     OtherTasks(const OtherTasks&) = delete;
     OtherTasks& operator=(const OtherTasks&) = delete;
 
-    /// The one queue of the process; it lives until exit.
+    /// The queue that the process uses; it lives until exit.
     static OtherTasks* getSingleton();
 
     /// Appends a task, which the queue owns from then on.
@@ -31,10 +36,5 @@ public:
     void processTask();
 
 private:
-    OtherTasks();
-
-    /// Frees the queue but not the tasks in it, which may need what no longer exists at exit.
-    ~OtherTasks();
-
     std::deque<Task*> m_tasks; // owned; the next one is at the front
 };

@@ -13,10 +13,14 @@ class KEL_API Parallel
 public:
     class Info;
 
+    /// One thread for every task, and no diagnostics.
+    Parallel();
+    ~Parallel();
+
     Parallel(const Parallel&) = delete;
     Parallel& operator=(const Parallel&) = delete;
 
-    /// The one instance of the process; it lives until exit.
+    /// The settings that the process uses; they live until exit.
     static Parallel* getSingleton();
 
     /// How many threads this build can offer: always 1.
@@ -42,9 +46,6 @@ public:
     bool isMaster() const;
 
 private:
-    Parallel();
-    ~Parallel();
-
     unsigned int m_chunkSize = 1000;
     unsigned int m_threadCount = 1;
     bool m_showDiagnostics = false;

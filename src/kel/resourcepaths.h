@@ -9,15 +9,15 @@
 class KEL_API ResourcePaths : public Array<Ztring>
 {
 public:
+    /// An empty list with room for five.
+    ResourcePaths();
+
     ResourcePaths(const ResourcePaths&) = delete;
     ResourcePaths& operator=(const ResourcePaths&) = delete;
 
-    /// The one list of the process, empty at first; it lives until exit.
+    /// The list that the process uses, empty at first; it lives until exit.
     static ResourcePaths* getSingleton();
 
     /// Appends a directory; does nothing when the very same text (case counts) is in the list.
     void addPath(const Ztring& directory);
-
-private:
-    ResourcePaths();
 };

@@ -30,10 +30,15 @@ class TasksListener;
 class KEL_API Tasks : public Bulletin
 {
 public:
+    Tasks();
+
+    /// Frees the queue but not the tasks in it, which may need what no longer exists at exit.
+    ~Tasks() override;
+
     Tasks(const Tasks&) = delete;
     Tasks& operator=(const Tasks&) = delete;
 
-    /// The one queue of the process; it lives until exit.
+    /// The queue that the process uses; it lives until exit.
     static Tasks* getSingleton();
 
     /// @name Listeners
@@ -79,11 +84,6 @@ public:
     /// @}
 
 private:
-    Tasks();
-
-    /// Frees the queue but not the tasks in it, which may need what no longer exists at exit.
-    ~Tasks() override;
-
     void processGuarded();
     void beginRun(std::unique_ptr<Task>& task);
     void requeueOrDelete(std::unique_ptr<Task> task);
