@@ -210,3 +210,22 @@ TEST_F(OrderedBulletinsTest, CleanOutEndsWhenAnObserverClearsTheList)
     EXPECT_EQ(story.back(), "~first");
     EXPECT_TRUE(m_list.empty());
 }
+
+TEST_F(OrderedBulletinsTest, CleanOutLeavesAListThatAnObserverClearedBeforeItThrewEmpty)
+{
+    Story story;
+    auto* const second = new Tracked(story, "second");
+    Recorder recorder(
+        [this](const Heard&)
+        {
+            m_list.clear();
+            throw std::runtime_error("no");
+        });
+    recorder.observe(*second);
+    append({new Tracked(story, "first"), second});
+    EXPECT_THROW(m_list.cleanOut(), std::runtime_error);
+    EXPECT_EQ(m_list.size(), 0u);
+
+    recorder.during = nullptr;
+    Bulletin::destroy(second, false);
+}

@@ -2,6 +2,8 @@
 // libkel: Object model
 #include <kel/orderedbulletins.h>
 
+#include <algorithm>
+
 OrderedBulletins::OrderedBulletins(const BulletinKey& key) : Bulletin(key)
 {
     m_list.reserve(5);
@@ -69,7 +71,8 @@ void OrderedBulletins::cleanOut()
     }
     catch (...)
     {
-        dropFront(done);
+        // The observer that threw may have shortened the list.
+        dropFront(std::min(done, m_list.size()));
         throw;
     }
     m_list.clear();
