@@ -93,6 +93,8 @@ TEST_F(BulletinMapTest, ReadsLikePairs)
         EXPECT_EQ(bulletin, obj(number));
     const std::pair<unsigned, Bulletin*> first = *m_map.begin();
     EXPECT_EQ(first.first, 1u);
+    const std::map<unsigned, Bulletin*> copied(m_map.begin(), m_map.end());
+    EXPECT_THAT(copied, ElementsAre(Pair(1u, obj(1)), Pair(2u, obj(2))));
     auto it = m_map.begin();
     EXPECT_EQ((it++)->first, 1u);
     EXPECT_EQ((*it).first, 2u);

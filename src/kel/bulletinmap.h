@@ -30,6 +30,8 @@ public:
         Bulletin* second; ///< null in an unused entry, which nobody gets to see
 
         operator std::pair<unsigned, Bulletin*>() const { return {first, second}; }
+        /// As the entries of a standard map, so that one can be made of them.
+        operator std::pair<const unsigned, Bulletin*>() const { return {first, second}; }
     };
 
     class const_iterator;
