@@ -2,6 +2,7 @@
 // libkel: Tasks and progress
 #include <kel/parallel.h>
 
+#include "support/catalogue.h"
 #include "support/installed.h"
 #include "support/testlog.h"
 
@@ -181,6 +182,18 @@ TEST_F(ParallelInfoTest, ReportsTheThreadsOfATaskWhenItIsMade)
     EXPECT_THAT(takeLines(),
                 ElementsAre(makeLine(info, "Task Begin: Assemble"), makeLine(info, "Threads: 3, Task Size: 2500")));
     EXPECT_EQ(info.getThreadCount(), 8u);
+}
+
+TEST_F(ParallelInfoTest, LinesAreTranslatedBeforeTheyAreFilled)
+{
+    const Catalogue catalogue({{"Thread::Info %1, Task Begin: %2", "%2 beginnt (%1)"},
+                               {"Thread::Info %1, Threads: %2, Task Size: %3", "%2 Threads, Umfang %3"},
+                               {"Thread::Info %1, Task End, Duration: %2s", "Ende nach %2 Sekunden"}});
+    {
+        const Parallel::Info info("Assemble", 2500, 8);
+    }
+    EXPECT_THAT(takeLines(), ElementsAre(MatchesRegex("Assemble beginnt \\(0x[0-9a-f]+\\)"), "1 Threads, Umfang 2500",
+                                         MatchesRegex("Ende nach [-+.e0-9]+ Sekunden")));
 }
 
 TEST_F(ParallelInfoTest, OnlyTheOutermostIsActive)

@@ -4,6 +4,7 @@
 
 #include <kel/interrupted.h>
 
+#include "support/catalogue.h"
 #include "support/installed.h"
 #include "support/problem.h"
 #include "support/testlog.h"
@@ -170,6 +171,22 @@ TEST_F(TaskTest, InterruptionIsLoggedWithItsAnnotations)
     interrupted.annotate("Saving");
     Task::onInterrupted(interrupted);
     EXPECT_THAT(log->messages, ElementsAre(Pair(Message::Info, "Interrupted: Saving")));
+}
+
+TEST_F(TaskTest, OnlyItsOwnTextsAreTranslated)
+{
+    const Catalogue catalogue(
+        {{"Unknown Problem", "Unbekannter Fehler"}, {"Interrupted: %1", "Abgebrochen: %1"}, {"index 7", "Index 7"}});
+    TestTask task(ignored, "task");
+    task.onAction = [] { throw 17; };
+    task.execute();
+    task.onAction = [] { throw std::out_of_range("index 7"); };
+    task.execute();
+    Interrupted interrupted;
+    interrupted.annotate("index 7");
+    Task::onInterrupted(interrupted);
+    EXPECT_THAT(log->messages, ElementsAre(Pair(Message::Error, "Unbekannter Fehler"), Pair(Message::Error, "index 7"),
+                                           Pair(Message::Info, "Abgebrochen: index 7")));
 }
 
 TEST_F(TaskTest, ListenerDoesNothingUnlessOverridden)
