@@ -15,7 +15,7 @@
 namespace
 {
 // Stands for a caller that dereferences a null pointer, which sanitizers rightly report.
-[[gnu::no_sanitize("undefined")]] Bulletin& getNothing()
+__attribute__((no_sanitize("undefined"))) Bulletin& getNothing()
 {
     Bulletin* volatile nothing = nullptr;
     return *nothing;
