@@ -7,6 +7,8 @@
 #include "support/problem.h"
 #include "support/recorder.h"
 
+#include <utility>
+
 namespace
 {
 class AdditionsOnly : public Receiver, public AddedReceiver
@@ -32,6 +34,101 @@ public:
 
     std::vector<Receiver*> receivers;
 };
+/// Sends a message while only its own part of the object exists.
+class SendsWhileIncomplete : public Receiver
+{
+public:
+    explicit SendsWhileIncomplete(Bulletin& obj) : m_obj(obj)
+    {
+        observe(m_obj);
+        m_obj.notifyChanged();
+    }
+    ~SendsWhileIncomplete() override { m_obj.notifyChanged(); }
+
+private:
+    Bulletin& m_obj;
+};
+
+class CompletedByTheInterface : public SendsWhileIncomplete, public ChangedReceiver
+{
+public:
+    CompletedByTheInterface(Bulletin& obj, int& countOfMessages) : SendsWhileIncomplete(obj), count(countOfMessages) {}
+    void changed(Bulletin& /*what*/, const Bulletin& /*how*/) override { ++count; }
+
+    int& count;
+};
+
+/// Has its interface at another place when it is part of a larger object.
+class SharesTheInterface : public Receiver, public virtual ChangedReceiver
+{
+public:
+    SharesTheInterface(Bulletin& obj, int& countOfMessages) : m_obj(obj), m_count(countOfMessages)
+    {
+        observe(m_obj);
+        m_obj.notifyChanged();
+    }
+    ~SharesTheInterface() override { m_obj.notifyChanged(); }
+    void changed(Bulletin& /*what*/, const Bulletin& /*how*/) override { ++m_count; }
+
+private:
+    Bulletin& m_obj;
+    int& m_count;
+};
+
+class LargerPart : public virtual ChangedReceiver
+{
+public:
+    double padding[10] = {};
+};
+
+class Larger : public SharesTheInterface, public LargerPart
+{
+public:
+    using SharesTheInterface::SharesTheInterface;
+    void changed(Bulletin& what, const Bulletin& how) override { SharesTheInterface::changed(what, how); }
+
+    double morePadding[10] = {};
+};
+
+/// One class for each number; every second one listens, and where the interface stands depends on the number.
+template <int number>
+struct Padding
+{
+    virtual ~Padding() = default;
+    char bytes[number + 1] = {};
+};
+template <int number, bool listens>
+class Numbered : public Receiver
+{
+};
+template <int number>
+class Numbered<number, true> : public Receiver, public Padding<number>, public ChangedReceiver
+{
+public:
+    void changed(Bulletin& /*what*/, const Bulletin& /*how*/) override { ++count; }
+
+    int count = 0;
+};
+
+template <int number>
+void expectToHearEveryMessage(Bulletin& obj)
+{
+    Numbered<number, true> listening;
+    Numbered<number, false> deaf;
+    ChangedNotifier notifier(obj);
+    for (int i = 1; i <= 3; ++i)
+    {
+        listening.update(notifier);
+        deaf.update(notifier);
+        EXPECT_EQ(listening.count, i) << number;
+    }
+}
+
+template <int... numbers>
+void expectAllToHearEveryMessage(Bulletin& obj, std::integer_sequence<int, numbers...>)
+{
+    (expectToHearEveryMessage<numbers>(obj), ...);
+}
 } // namespace
 
 TEST(Receiver, UpdateHandsItselfToTheNotifier)
@@ -117,4 +214,47 @@ TEST(Receiver, CopyObservesNothing)
     receiver.observe(obj);
     const AdditionsOnly copy(receiver);
     EXPECT_FALSE(copy.isObserving(obj));
+}
+
+TEST(Receiver, ManyClassesAreToldApart)
+{
+    Bulletin obj;
+    for (int i = 0; i < 2; ++i)
+        expectAllToHearEveryMessage(obj, std::make_integer_sequence<int, 100>());
+}
+
+TEST(Receiver, ListensToWhatItImplementsAtThatMoment)
+{
+    Bulletin obj;
+    for (int i = 0; i < 2; ++i)
+    {
+        int count = 0;
+        {
+            const CompletedByTheInterface receiver(obj, count);
+            EXPECT_EQ(count, 0);
+            obj.notifyChanged();
+            obj.notifyChanged();
+            EXPECT_EQ(count, 2);
+        }
+        EXPECT_EQ(count, 2);
+    }
+}
+
+TEST(Receiver, FindsItsInterfaceWhereverItStandsAtThatMoment)
+{
+    Bulletin obj;
+    for (int i = 0; i < 2; ++i)
+    {
+        int count = 0;
+        {
+            const SharesTheInterface receiver(obj, count);
+            obj.notifyChanged();
+        }
+        EXPECT_EQ(count, 3);
+        {
+            const Larger receiver(obj, count);
+            obj.notifyChanged();
+        }
+        EXPECT_EQ(count, 6);
+    }
 }

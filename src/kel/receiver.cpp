@@ -6,7 +6,12 @@
 #include <kel/notifier.h>
 #include <kel/observable.h>
 
-Receiver::~Receiver() = default;
+#include "receivercast_p.h"
+
+Receiver::~Receiver()
+{
+    ReceiverCastCache::forgetAll();
+}
 
 void Receiver::update(Notifier& notifier)
 {
