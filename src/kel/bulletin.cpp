@@ -8,6 +8,10 @@
 #include <kel/tooltips.h>
 #include <kel/zassert.h>
 
+#include "lifewatch_p.h"
+
+constinit LifeWatch* LifeWatch::s_innermost = nullptr;
+
 namespace
 {
 /// Whether there is an address, which is that of a reference: read so that no compiler can conclude that there must be.
@@ -15,6 +19,14 @@ bool valid(const Bulletin* address)
 {
     const Bulletin* const volatile asPassed = address;
     return asPassed != nullptr;
+}
+
+/// Whether the object is still there after its observers were told: one of them may have destroyed it meanwhile.
+bool survivesPreDelete(Bulletin& deadObj)
+{
+    const LifeWatch watch(deadObj);
+    deadObj.preDelete();
+    return watch.isAlive();
 }
 } // namespace
 
@@ -24,7 +36,10 @@ Bulletin::Bulletin(const BulletinKey& key) : m_key(new BulletinKey(key)) {}
 
 Bulletin::Bulletin(const Bulletin& other) : m_key(new BulletinKey(*other.m_key)) {}
 
-Bulletin::~Bulletin() = default;
+Bulletin::~Bulletin()
+{
+    LifeWatch::tellOfDeath(*this);
+}
 
 Observable& Bulletin::getObservable()
 {
@@ -51,27 +66,27 @@ void Bulletin::destroy(Bulletin* deadObj, bool force)
         tryDestroy(*deadObj, force);
 }
 
-bool Bulletin::tryDestroy(Bulletin& deadObj, bool force)
+void Bulletin::tryDestroy(Bulletin& deadObj, bool force)
 {
     // Asked also when forced: a board gives up one use by it.
     const bool accepts = deadObj.canDelete();
     if (!accepts && !force)
-        return false;
-    deadObj.preDelete();
-    delete &deadObj;
-    return true;
+        return;
+    if (survivesPreDelete(deadObj))
+        delete &deadObj;
 }
 
-bool Bulletin::destroyQuietly(Bulletin& deadObj) noexcept
+void Bulletin::destroyQuietly(Bulletin& deadObj) noexcept
 {
+    const LifeWatch watch(deadObj);
     try
     {
-        return tryDestroy(deadObj, false);
+        tryDestroy(deadObj, false);
     }
     catch (...)
     {
-        delete &deadObj;
-        return true;
+        if (watch.isAlive())
+            delete &deadObj;
     }
 }
 

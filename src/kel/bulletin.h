@@ -53,8 +53,8 @@ public:
 
     /// Asks an object whether it lets itself be deleted, tells its observers (preDelete) and deletes it. An object that
     /// refuses lives on, unless forced; it is asked even then, because asking may give up a use of it. If an observer
-    /// throws, the object lives on and the exception passes through. A missing object is the assertion
-    /// "valid(&deadObj)".
+    /// throws, the object lives on and the exception passes through; if one deletes the object, that is all right, too.
+    /// A missing object is the assertion "valid(&deadObj)".
     static void destroy(Bulletin& deadObj, bool force);
     /// The same; does nothing for a null pointer.
     static void destroy(Bulletin* deadObj, bool force);
@@ -87,12 +87,10 @@ private:
     friend class BulletinBoard;
 
     /// Does the work of destroy().
-    /// @return whether the object was deleted.
-    static bool tryDestroy(Bulletin& deadObj, bool force);
+    static void tryDestroy(Bulletin& deadObj, bool force);
     /// For destructors: destroys, not forced, and lets nothing out. An object whose observers throw is deleted all the
     /// same, since nobody else would.
-    /// @return whether the object was deleted.
-    static bool destroyQuietly(Bulletin& deadObj) noexcept;
+    static void destroyQuietly(Bulletin& deadObj) noexcept;
 
     const std::unique_ptr<BulletinKey> m_key;
     std::unique_ptr<Observable> m_observable; ///< null until the first getObservable()

@@ -8,6 +8,8 @@
 #include <kel/use.h>
 #include <kel/zassert.h>
 
+#include "lifewatch_p.h"
+
 namespace
 {
 /// The new bulletin that adopt() is handing over. The board lets go of it in the moment in which it owns it: what
@@ -31,6 +33,33 @@ void releaseAdopted(const Bulletin* obj)
     if (adopted != nullptr && adopted->get() == obj)
         static_cast<void>(adopted->release());
 }
+
+/// Takes the entry of a bulletin that dies in this scope off a board, should the board outlive the scope.
+class DeadEntryGuard
+{
+public:
+    DeadEntryGuard(const LifeWatch& board, BulletinMap& entries, const BulletinMap::Entry& entry)
+        : m_board(board),
+          m_entries(entries),
+          m_entry(entry),
+          m_bulletin(*entry.second)
+    {
+    }
+    DeadEntryGuard(const DeadEntryGuard&) = delete;
+    DeadEntryGuard& operator=(const DeadEntryGuard&) = delete;
+    ~DeadEntryGuard()
+    {
+        // The entry may be gone already, or be another's: observers change boards.
+        if (m_board.isAlive() && !m_bulletin.isAlive() && m_entries.find(m_entry.first) == m_entry.second)
+            m_entries.erase(m_entry.first);
+    }
+
+private:
+    const LifeWatch& m_board;
+    BulletinMap& m_entries;
+    const BulletinMap::Entry m_entry;
+    const LifeWatch m_bulletin;
+};
 } // namespace
 
 BulletinBoard::BulletinBoard() = default;
@@ -87,8 +116,8 @@ void BulletinBoard::replace(Bulletin* obj)
 
 void BulletinBoard::deleteAll()
 {
-    destroyEach([](Bulletin& obj) { return tryDestroy(obj, false); });
-    clear();
+    if (destroyEach([](Bulletin& obj) { tryDestroy(obj, false); }))
+        clear();
 }
 
 void BulletinBoard::clear()
@@ -169,22 +198,45 @@ void BulletinBoard::adopt(std::unique_ptr<Bulletin> obj)
 
 void BulletinBoard::replaceEntry(Bulletin* obj)
 {
-    Bulletin* const oldObj = removeByKey(obj->getKey());
+    Bulletin* const oldObj = getPtr(obj->getKey());
+    removeOld(*oldObj, obj);
     // Only now, deliberately: an object that is replaced by itself ends up off the board.
     KEL_ASSERT(oldObj != obj, "oldObj != *obj");
     destroy(oldObj, false);
     add(obj);
 }
 
-void BulletinBoard::destroyEach(bool (*destroyEntry)(Bulletin& obj))
+// One that is off the board although an observer has thrown is destroyed: nobody else would.
+void BulletinBoard::removeOld(Bulletin& oldObj, const Bulletin* obj)
 {
+    const LifeWatch board(*this);
+    const LifeWatch old(oldObj);
+    try
+    {
+        remove(oldObj);
+    }
+    catch (...)
+    {
+        if (&oldObj != obj && board.isAlive() && old.isAlive() && getPtr(oldObj.getKey()) != &oldObj)
+            destroyQuietly(oldObj);
+        throw;
+    }
+}
+
+bool BulletinBoard::destroyEach(void (*destroyEntry)(Bulletin& obj))
+{
+    const LifeWatch board(*this);
     const BulletinMap::Entry* entry = empty() ? nullptr : &*begin();
     while (entry != nullptr)
     {
-        const auto [number, obj] = *entry;
-        // The entry may be gone already, or be another's: observers change boards.
-        if (destroyEntry(*obj) && m_bulletins.find(number) == obj)
-            m_bulletins.erase(number);
+        const unsigned number = entry->first;
+        {
+            const DeadEntryGuard guard(board, m_bulletins, *entry);
+            destroyEntry(*entry->second);
+        }
+        if (!board.isAlive())
+            return false;
         entry = m_bulletins.after(number);
     }
+    return true;
 }

@@ -60,14 +60,14 @@ public:
     /// same) and adds obj. That the key is on the board is not checked.
     ///
     /// Replacing a bulletin by itself fails with the assertion "oldObj != *obj" after it was removed. When anything
-    /// fails, the caller keeps obj unless it is on the board.
+    /// fails, the caller keeps obj unless it is on the board; another one that was removed is destroyed.
     virtual void replace(Bulletin* obj);
     /// Destroys every bulletin in key order, not forced, and ends with clear(). Each bulletin's own observers hear
     /// `deleted`, the board's hear nothing. A bulletin that refuses lives on but is off the board.
     ///
     /// An entry is on the board while its observers are told and off it right after its deletion. They may add and
-    /// remove entries, but neither destroy the one they hear of nor the board. If one throws, its bulletin and those
-    /// not yet reached stay.
+    /// remove entries, and destroy the one they hear of or the board, which ends the walk. If one throws, its bulletin
+    /// (unless it is dead) and those not yet reached stay.
     virtual void deleteAll();
     /// Drops every entry; deletes nothing and tells nobody.
     virtual void clear();
@@ -115,8 +115,10 @@ private:
     /// Hands a new bulletin to the virtual add() and deletes it if it did not get onto the board.
     void adopt(std::unique_ptr<Bulletin> obj);
     void replaceEntry(Bulletin* obj);
-    /// Calls `destroyEntry` on the bulletins in key order and drops those that it deleted.
-    void destroyEach(bool (*destroyEntry)(Bulletin& obj));
+    void removeOld(Bulletin& oldObj, const Bulletin* obj);
+    /// Calls `destroyEntry` on the bulletins in key order and drops those that died.
+    /// @return whether the board is still there: an observer may have destroyed it, which ends the walk.
+    bool destroyEach(void (*destroyEntry)(Bulletin& obj));
 
     BulletinMap m_bulletins;
 };
