@@ -99,24 +99,21 @@ bool Args::checkUnrecognized()
 {
     const Ztring pattern = Translator::tr("Unrecognized option: %1");
     Ztring message;
-    for (auto it = m_args.begin(); it != m_args.end();)
+    for (const auto& [name, value] : m_args)
     {
-        const auto& [name, value] = *it;
         if (!isOption(name))
-        {
-            ++it;
             continue;
-        }
         const Ztring line(pattern);
         line.argReplace(name);
         message.append(line);
         if (!value.empty())
             message.append("=").append(value);
         message.append("\n");
-        it = m_args.erase(it);
     }
     if (message.empty())
         return false;
+    // Only now that the whole message is there: no option goes unreported.
+    std::erase_if(m_args, [](const auto& entry) { return isOption(entry.first); });
     log(message, Message::Warning);
     return true;
 }

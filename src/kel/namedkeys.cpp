@@ -52,8 +52,15 @@ bool NamedKeys::read(Reader& reader, BulletinKey& key)
 unsigned NamedKeys::create(const std::string& name)
 {
     const unsigned number = BulletinKey().getNumber();
-    // Should memory run out in between, the entry left behind is harmless: nobody gets this number.
-    m_names.emplace(number, name);
-    m_numbers.emplace(name, number);
+    const auto entry = m_names.emplace(number, name).first;
+    try
+    {
+        m_numbers.emplace(name, number);
+    }
+    catch (...)
+    {
+        m_names.erase(entry);
+        throw;
+    }
     return number;
 }

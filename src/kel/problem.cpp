@@ -27,8 +27,10 @@ void Problem::annotate(const Ztring& context)
     if (!details.empty())
         details += "\n";
     details += m_annotation;
-    m_annotation = context;
-    m_details = details;
+    Ztring annotation = context;
+    // All or nothing: only the copies above can fail.
+    m_annotation.swap(annotation);
+    m_details.swap(details);
 }
 
 bool Problem::truncateAfter(const Ztring& marker)

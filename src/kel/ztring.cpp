@@ -140,6 +140,12 @@ bool Ztring::operator<(const Ztring& other) const
     return m_text->compare(*other.m_text) < 0;
 }
 
+void Ztring::swap(Ztring& other) noexcept
+{
+    std::swap(m_text, other.m_text);
+    std::swap(m_nextArg, other.m_nextArg);
+}
+
 unsigned int Ztring::length() const
 {
     return static_cast<unsigned int>(m_text->length());
@@ -226,10 +232,11 @@ bool Ztring::has(const Ztring& text) const
 void Ztring::argReplace(const Ztring& value) const
 {
     const std::wstring placeholder = L"%" + std::to_wstring(m_nextArg);
-    ++m_nextArg;
     const std::size_t found = m_text->find(placeholder);
     if (found != wxString::npos)
         m_text->replace(found, placeholder.length(), *value.m_text);
+    // Last, so that a call that fails for memory does not count.
+    ++m_nextArg;
 }
 
 void Ztring::targetReplace(const Ztring& target, const Ztring& value) const
@@ -239,8 +246,10 @@ void Ztring::targetReplace(const Ztring& target, const Ztring& value) const
 
 const Ztring& Ztring::replaceAllIn(const Replacements& pairs) const
 {
+    Ztring replaced(*this);
     for (const auto& [target, value] : pairs)
-        targetReplace(target, value);
+        replaced.targetReplace(target, value);
+    m_text->swap(*replaced.m_text);
     return *this;
 }
 

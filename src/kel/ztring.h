@@ -42,6 +42,8 @@ public:
     /// Starts with the placeholder "%1" again, even on assignment to itself.
     Ztring& operator=(const Ztring& other);
     ~Ztring();
+    /// Exchanges two texts and the state of their placeholders; never fails.
+    void swap(Ztring& other) noexcept;
 
     /// Comparisons are by code point: case counts, the locale does not.
     bool operator==(const Ztring& other) const;
