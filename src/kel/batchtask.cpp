@@ -5,7 +5,6 @@
 #include <kel/ownedqueue.h>
 #include <kel/status.h>
 
-#include <memory>
 #include <utility>
 
 BatchTask::BatchTask(bool interleave) : m_interleave(interleave) {}
@@ -17,7 +16,7 @@ BatchTask::~BatchTask()
 
 void BatchTask::add(Task* task)
 {
-    pushBackOwned(m_tasks, std::unique_ptr<Task>(task));
+    OwnedElement<Task>(task).putBack(m_tasks);
 }
 
 bool BatchTask::repeat()
@@ -42,7 +41,7 @@ void BatchTask::startNext()
 {
     if (m_current != nullptr)
         return;
-    m_current = popFrontOwned(m_tasks).release();
+    m_current = OwnedElement<Task>::takeFront(m_tasks).release();
 }
 
 void BatchTask::settleCurrent()

@@ -4,7 +4,7 @@
 
 #include <kel/task.h>
 
-#include <deque>
+#include <list>
 
 /// Several tasks as one task of a queue.
 ///
@@ -41,7 +41,7 @@ private:
     void settleCurrent();
     void deleteCurrent();
 
-    std::deque<Task*> m_tasks; // owned; not yet started, or waiting for their turn
+    std::list<Task*> m_tasks;  // owned; not yet started, or waiting for their turn
     Task* m_current = nullptr; // owned
     bool m_interleave;
 };

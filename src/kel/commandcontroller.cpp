@@ -8,13 +8,10 @@
 #include <kel/undoredostate.h>
 #include <kel/zassert.h>
 
-#include <memory>
-#include <utility>
-
 namespace
 {
 // A command that has gone back on its word is not deleted: nobody can tell what still leans on it.
-bool isUndoableElseAbandon(std::unique_ptr<Command>& command)
+bool isUndoableElseAbandon(OwnedElement<Command>& command)
 {
     if (command->isUndoable())
         return true;
@@ -22,7 +19,7 @@ bool isUndoableElseAbandon(std::unique_ptr<Command>& command)
     return false;
 }
 
-Ztring getLabelOfTop(const std::deque<Command*>& commands)
+Ztring getLabelOfTop(const std::list<Command*>& commands)
 {
     return commands.empty() ? Ztring::emptyZtring : commands.back()->getLabel();
 }
@@ -44,19 +41,20 @@ const BulletinKey& CommandController::getStaticKey()
 
 void CommandController::execute(Command* command)
 {
-    std::unique_ptr<Command> owned(command);
+    // With its place on the stack: what was done could not be undone if memory ran out only then.
+    OwnedElement<Command> owned(command);
     owned->execute();
     if (!owned->isUndoable())
         return;
     clearRedo();
-    pushBackOwned(m_undo, std::move(owned));
+    owned.putBack(m_undo);
     announceChange();
 }
 
 void CommandController::undo()
 {
     KEL_ASSERT(!m_undo.empty(), "!m_undo.empty()");
-    std::unique_ptr<Command> command = popBackOwned(m_undo);
+    OwnedElement<Command> command = OwnedElement<Command>::takeBack(m_undo);
     KEL_ASSERT(isUndoableElseAbandon(command), "undoCommand->isUndoable()");
     try
     {
@@ -69,14 +67,14 @@ void CommandController::undo()
         announceChange();
         throw;
     }
-    pushBackOwned(m_redo, std::move(command));
+    command.putBack(m_redo);
     announceChange();
 }
 
 void CommandController::redo()
 {
     KEL_ASSERT(!m_redo.empty(), "!m_redo.empty()");
-    std::unique_ptr<Command> command = popBackOwned(m_redo);
+    OwnedElement<Command> command = OwnedElement<Command>::takeBack(m_redo);
     try
     {
         command->redo();
@@ -90,7 +88,7 @@ void CommandController::redo()
     }
     // Tested only now: a command may find out by being redone whether it can be undone once more.
     KEL_ASSERT(isUndoableElseAbandon(command), "redoCommand->isUndoable()");
-    pushBackOwned(m_undo, std::move(command));
+    command.putBack(m_undo);
     announceChange();
 }
 
@@ -104,7 +102,7 @@ bool CommandController::pruneUndo()
     if (static_cast<unsigned int>(m_undo.size()) <= m_maximumUndo)
         return false;
     const auto left = static_cast<unsigned int>(m_undo.size()) - 1;
-    popFrontOwned(m_undo).reset();
+    OwnedElement<Command>::takeFront(m_undo).reset();
     if (left == 0)
         announceChange();
     return left > m_maximumUndo;
@@ -112,12 +110,12 @@ bool CommandController::pruneUndo()
 
 void CommandController::clearUndo()
 {
-    clearCommands(m_undo);
+    deleteOwned(m_undo);
 }
 
 void CommandController::clearRedo()
 {
-    clearCommands(m_redo);
+    deleteOwned(m_redo);
 }
 
 void CommandController::clear()

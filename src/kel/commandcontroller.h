@@ -5,6 +5,7 @@
 #include <kel/bulletin.h>
 
 #include <deque>
+#include <list>
 
 class Command;
 class UndoRedoState;
@@ -98,6 +99,6 @@ public:
 
 private:
     unsigned int m_maximumUndo = 0;
-    std::deque<Command*> m_undo; // owned; the most recent command is at the back
-    std::deque<Command*> m_redo; // owned; the most recently undone command is at the back
+    std::list<Command*> m_undo; // owned; the most recent command is at the back
+    std::list<Command*> m_redo; // owned; the most recently undone command is at the back
 };

@@ -5,9 +5,6 @@
 #include <kel/ownedqueue.h>
 #include <kel/task.h>
 
-#include <memory>
-#include <utility>
-
 OtherTasks::OtherTasks() = default;
 
 OtherTasks::~OtherTasks() = default;
@@ -20,7 +17,7 @@ OtherTasks* OtherTasks::getSingleton()
 
 void OtherTasks::add(Task* task)
 {
-    pushBackOwned(m_tasks, std::unique_ptr<Task>(task));
+    OwnedElement<Task>(task).putBack(m_tasks);
 }
 
 bool OtherTasks::onIdle()
@@ -33,8 +30,8 @@ bool OtherTasks::onIdle()
 
 void OtherTasks::processTask()
 {
-    std::unique_ptr<Task> task = popFrontOwned(m_tasks);
+    OwnedElement<Task> task = OwnedElement<Task>::takeFront(m_tasks);
     task->execute();
     if (task->repeat())
-        pushBackOwned(m_tasks, std::move(task));
+        task.putBack(m_tasks);
 }

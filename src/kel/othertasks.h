@@ -4,7 +4,7 @@
 
 #include <kel/kelapi.h>
 
-#include <deque>
+#include <list>
 
 class Task;
 
@@ -36,5 +36,5 @@ public:
     void processTask();
 
 private:
-    std::deque<Task*> m_tasks; // owned; the next one is at the front
+    std::list<Task*> m_tasks; // owned; the next one is at the front
 };

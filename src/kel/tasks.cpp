@@ -11,6 +11,7 @@
 #include <kel/status.h>
 #include <kel/taskslistener.h>
 
+#include <new>
 #include <utility>
 
 namespace
@@ -87,7 +88,7 @@ void Tasks::enableMenu(bool enable)
 
 void Tasks::add(Task* task)
 {
-    pushBackOwned(m_tasks, std::unique_ptr<Task>(task));
+    OwnedElement<Task>(task).putBack(m_tasks);
 }
 
 void Tasks::addImmediate(Task* task)
@@ -115,7 +116,7 @@ void Tasks::processGuarded()
 
 void Tasks::processTask()
 {
-    std::unique_ptr<Task> task = popFrontOwned(m_tasks);
+    OwnedElement<Task> task = OwnedElement<Task>::takeFront(m_tasks);
     const bool quiet = task->isQuiet();
     beginRun(task);
     task->execute();
@@ -123,7 +124,7 @@ void Tasks::processTask()
 }
 
 // A task that could not start because the start of its run failed goes back to its place.
-void Tasks::beginRun(std::unique_ptr<Task>& task)
+void Tasks::beginRun(OwnedElement<Task>& task)
 {
     if (m_busy)
         return;
@@ -135,16 +136,15 @@ void Tasks::beginRun(std::unique_ptr<Task>& task)
     }
     catch (...)
     {
-        m_tasks.push_front(task.get());
-        static_cast<void>(task.release());
+        task.putFront(m_tasks);
         throw;
     }
 }
 
-void Tasks::requeueOrDelete(std::unique_ptr<Task> task)
+void Tasks::requeueOrDelete(OwnedElement<Task> task)
 {
     if (task->repeat())
-        pushBackOwned(m_tasks, std::move(task));
+        task.putBack(m_tasks);
 }
 
 void Tasks::endRun(bool quiet)
@@ -156,6 +156,19 @@ void Tasks::endRun(bool quiet)
            [this]
            {
                Status::getSingleton().resetInterrupt();
-               notifyChangedLater();
+               notifyEnd();
            });
+}
+
+// Better now than never, where there is no memory to do it later.
+void Tasks::notifyEnd()
+{
+    try
+    {
+        notifyChangedLater();
+    }
+    catch (const std::bad_alloc&)
+    {
+        notifyChanged();
+    }
 }

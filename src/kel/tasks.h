@@ -5,11 +5,12 @@
 #include <kel/array.h>
 #include <kel/bulletin.h>
 
-#include <deque>
-#include <memory>
+#include <list>
 
 class Task;
 class TasksListener;
+template <class T>
+class OwnedElement;
 
 /// The main queue of deferred work, run one task step at a time from the application's idle handler.
 ///
@@ -85,11 +86,12 @@ public:
 
 private:
     void processGuarded();
-    void beginRun(std::unique_ptr<Task>& task);
-    void requeueOrDelete(std::unique_ptr<Task> task);
+    void beginRun(OwnedElement<Task>& task);
+    void requeueOrDelete(OwnedElement<Task> task);
     void endRun(bool quiet);
+    void notifyEnd();
 
-    std::deque<Task*> m_tasks; // owned; the next one is at the front
+    std::list<Task*> m_tasks; // owned; the next one is at the front
     Array<TasksListener*> m_listeners;
     bool m_busy = false;
     bool m_processing = false;
