@@ -17,7 +17,7 @@ class File;
 /// Opens a saved file for reading.
 ///
 ///     FileReader file;
-///     std::unique_ptr<Serializable> root(file.open("model.x", true)->perform());
+///     std::unique_ptr<Serializable> root(file.open(Kel::File("model.x"), true)->perform());
 class KEL_API FileReader
 {
 public:

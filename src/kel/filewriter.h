@@ -18,8 +18,8 @@ class File;
 /// when it is complete.
 ///
 ///     FileWriter file;
-///     file.open("model.x", true)->writeObj(&root); // writes model.x.tmp
-///     file.close();                                // replaces model.x
+///     file.open(Kel::File("model.x"), true)->writeObj(&root); // writes model.x.tmp
+///     file.close();                                           // replaces model.x
 ///
 /// If anything throws before `close`, the destructor deletes the temporary file and the old target stays as it was.
 /// Files are deleted and moved by the application's Platform, which must be installed. The state of the output stream
