@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <map>
 #include <random>
+#include <vector>
 
 using testing::ElementsAre;
 using testing::Pair;
@@ -52,20 +53,25 @@ protected:
         EXPECT_EQ(it, m_map.end());
     }
 
-    /// Compares the steps from entry to entry, from numbers on the map and beside it.
-    void checkSteps(unsigned from, unsigned to) const
+    /// Looks numbers up that are on the map and that are not.
+    void checkNumbers(unsigned from, unsigned to) const
     {
         for (unsigned number = from; number != to; ++number)
-        {
-            const auto expected = m_expected.upper_bound(number);
-            const BulletinMap::Entry* const entry = m_map.after(number);
-            ASSERT_EQ(entry == nullptr, expected == m_expected.end()) << number;
-            if (entry != nullptr)
-            {
-                ASSERT_EQ(entry->first, expected->first) << number;
-            }
             ASSERT_EQ(m_map.find(number) != nullptr, m_expected.count(number) == 1) << number;
+    }
+
+    /// The numbers met by a walk in which something is done at each step.
+    template <class Step>
+    std::vector<unsigned> walk(Step step)
+    {
+        std::vector<unsigned> met;
+        for (const auto& [number, bulletin] : m_map)
+        {
+            step(number);
+            EXPECT_EQ(bulletin, obj(number)); // the entry stays what it was
+            met.push_back(number);
         }
+        return met;
     }
 
     BulletinMap m_map;
@@ -79,7 +85,7 @@ private:
 TEST_F(BulletinMapTest, IsEmptyAtFirst)
 {
     check();
-    checkSteps(0, 3);
+    checkNumbers(0, 3);
     EXPECT_EQ(m_map.erase(1), nullptr);
     EXPECT_EQ(m_map.begin(), m_map.end());
 }
@@ -91,6 +97,12 @@ TEST_F(BulletinMapTest, ReadsLikePairs)
     EXPECT_THAT(m_map, ElementsAre(Pair(1u, obj(1)), Pair(2u, obj(2))));
     for (auto [number, bulletin] : m_map)
         EXPECT_EQ(bulletin, obj(number));
+    for (auto& [number, bulletin] : m_map)
+        EXPECT_EQ(bulletin, obj(number));
+    const auto& kept = *m_map.begin();
+    insert(0);
+    EXPECT_EQ(kept.first, 1u);
+    erase(0);
     const std::pair<unsigned, Bulletin*> first = *m_map.begin();
     EXPECT_EQ(first.first, 1u);
     const std::map<unsigned, Bulletin*> copied(m_map.begin(), m_map.end());
@@ -113,8 +125,6 @@ TEST_F(BulletinMapTest, KeepsTheLargestAndTheSmallestNumber)
     insert(largest);
     insert(0);
     check();
-    EXPECT_EQ(m_map.after(0)->first, largest);
-    EXPECT_EQ(m_map.after(largest), nullptr);
 }
 
 TEST_F(BulletinMapTest, AppendsInIncreasingOrder)
@@ -122,7 +132,7 @@ TEST_F(BulletinMapTest, AppendsInIncreasingOrder)
     for (unsigned i = 1; i <= 2000; ++i)
         insert(i);
     check();
-    checkSteps(0, 2003);
+    checkNumbers(0, 2003);
 }
 
 TEST_F(BulletinMapTest, InsertsInDecreasingOrder)
@@ -130,7 +140,7 @@ TEST_F(BulletinMapTest, InsertsInDecreasingOrder)
     for (unsigned i = 2000; i > 0; --i)
         insert(i);
     check();
-    checkSteps(0, 2003);
+    checkNumbers(0, 2003);
 }
 
 TEST_F(BulletinMapTest, ErasesFromTheFront)
@@ -161,7 +171,7 @@ TEST_F(BulletinMapTest, ErasesEverySecondEntryAndTakesItBack)
     for (unsigned i = 1; i <= 1000; i += 2)
         erase(i);
     check();
-    checkSteps(0, 1003);
+    checkNumbers(0, 1003);
     EXPECT_EQ(m_map.erase(1), nullptr);
     EXPECT_EQ(m_map.erase(501), nullptr);
     for (unsigned i = 1; i <= 1000; i += 2)
@@ -194,6 +204,47 @@ TEST_F(BulletinMapTest, GoesOnAfterItWasCleared)
     check();
 }
 
+TEST_F(BulletinMapTest, WalkMeetsWhatIsEnteredBeforeIt)
+{
+    for (unsigned i = 1; i <= 1000; i += 2)
+        insert(i);
+    const std::vector<unsigned> met = walk(
+        [this](unsigned number)
+        {
+            if (number % 2 == 1)
+                insert(number + 1);
+        });
+    ASSERT_EQ(met.size(), 1000u);
+    for (unsigned i = 0; i < 1000; ++i)
+        EXPECT_EQ(met[i], i + 1);
+    check();
+}
+
+TEST_F(BulletinMapTest, WalkGoesOnWhenItsOwnEntryIsTakenOut)
+{
+    for (unsigned i = 1; i <= 1000; ++i)
+        insert(i);
+    EXPECT_EQ(walk([this](unsigned number) { erase(number); }).size(), 1000u);
+    check();
+}
+
+TEST_F(BulletinMapTest, WalkPassesOverWhatIsTakenOutBeforeIt)
+{
+    for (unsigned i = 1; i <= 1000; ++i)
+        insert(i);
+    EXPECT_EQ(walk([this](unsigned number) { erase(number + 1); }).size(), 500u);
+    check();
+}
+
+TEST_F(BulletinMapTest, WalkEndsWhenTheMapIsCleared)
+{
+    for (unsigned i = 1; i <= 1000; ++i)
+        insert(i);
+    EXPECT_EQ(walk([this](unsigned) { m_map.clear(); }).size(), 1u);
+    m_expected.clear();
+    check();
+}
+
 TEST_F(BulletinMapTest, HoldsWhatAnyOrderOfChangesLeaves)
 {
     std::mt19937 random(1);
@@ -216,7 +267,7 @@ TEST_F(BulletinMapTest, HoldsWhatAnyOrderOfChangesLeaves)
             }
             check();
         }
-        checkSteps(0, 6000);
+        checkNumbers(0, 6000);
         m_map.clear();
         m_expected.clear();
     }

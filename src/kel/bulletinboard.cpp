@@ -69,13 +69,10 @@ BulletinBoard::BulletinBoard(const BulletinKey& key) : Bulletin(key) {}
 // Delegates, so that the clones made so far are destroyed when a later one fails.
 BulletinBoard::BulletinBoard(const BulletinBoard& other) : BulletinBoard(other.getKey())
 {
-    const BulletinMap::Entry* entry = other.empty() ? nullptr : &*other.begin();
-    while (entry != nullptr)
+    for (const auto& [number, obj] : other)
     {
-        const unsigned number = entry->first;
-        if (entry->second->canClone())
-            adopt(std::unique_ptr<Bulletin>(entry->second->clone()));
-        entry = other.m_bulletins.after(number);
+        if (obj->canClone())
+            adopt(std::unique_ptr<Bulletin>(obj->clone()));
     }
 }
 
@@ -226,17 +223,14 @@ void BulletinBoard::removeOld(Bulletin& oldObj, const Bulletin* obj)
 bool BulletinBoard::destroyEach(void (*destroyEntry)(Bulletin& obj))
 {
     const LifeWatch board(*this);
-    const BulletinMap::Entry* entry = empty() ? nullptr : &*begin();
-    while (entry != nullptr)
+    for (const auto& entry : *this)
     {
-        const unsigned number = entry->first;
         {
-            const DeadEntryGuard guard(board, m_bulletins, *entry);
-            destroyEntry(*entry->second);
+            const DeadEntryGuard guard(board, m_bulletins, entry);
+            destroyEntry(*entry.second);
         }
         if (!board.isAlive())
             return false;
-        entry = m_bulletins.after(number);
     }
     return true;
 }

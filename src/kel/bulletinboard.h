@@ -98,7 +98,8 @@ public:
 
     std::size_t size() const { return m_bulletins.size(); }
     bool empty() const { return m_bulletins.empty(); }
-    /// The entries in increasing key number. Iterators hold until the board is changed.
+    /// The entries in increasing key number. The board may be changed during a walk, which goes on with the entry that
+    /// has the next number by then.
     const_iterator begin() const { return m_bulletins.begin(); }
     const_iterator end() const { return m_bulletins.end(); }
 

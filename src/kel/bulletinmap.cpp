@@ -125,24 +125,26 @@ Bulletin* BulletinMap::find(unsigned number) const
     return entry != block.last && entry->first == number ? entry->second : nullptr;
 }
 
-const BulletinMap::Entry* BulletinMap::after(unsigned number) const
+/// A walk that goes on behind a number.
+BulletinMap::const_iterator BulletinMap::after(unsigned number) const
 {
     if (empty())
-        return nullptr;
-    const std::size_t index = findBlock(number);
-    const Block& block = m_blocks[index];
-    const Entry* entry = block.find(number);
-    while (entry != block.last && (isUnused(*entry) || entry->first == number))
-        ++entry;
-    if (entry != block.last)
-        return entry;
-    return index + 1 < m_blocks.size() ? m_blocks[index + 1].first : nullptr;
+        return end();
+    const Block* const block = &m_blocks[findBlock(number)];
+    const Entry* place = block->find(number);
+    while (place != block->last && (isUnused(*place) || place->first == number))
+        ++place;
+    const_iterator next(*this, block + (place == block->last));
+    if (place != block->last)
+        next.enterAt(block, place);
+    return next;
 }
 
 bool BulletinMap::insert(unsigned number, Bulletin* bulletin)
 {
     if (empty() || m_blocks.back().last[-1].first < number)
     {
+        ++m_changes;
         append({number, bulletin});
         return true;
     }
@@ -151,6 +153,7 @@ bool BulletinMap::insert(unsigned number, Bulletin* bulletin)
     Entry* const entry = block.find(number);
     if (entry == block.last || entry->first != number)
     {
+        ++m_changes;
         insertInBlock(index, {number, bulletin});
         return true;
     }
@@ -159,6 +162,7 @@ bool BulletinMap::insert(unsigned number, Bulletin* bulletin)
     entry->second = bulletin;
     ++block.used;
     ++m_size;
+    ++m_changes;
     return true;
 }
 
@@ -174,6 +178,7 @@ Bulletin* BulletinMap::erase(unsigned number) noexcept
     Bulletin* const bulletin = std::exchange(entry->second, nullptr);
     --block.used;
     --m_size;
+    ++m_changes;
     tidyUp(index);
     return bulletin;
 }
@@ -183,6 +188,7 @@ void BulletinMap::clear() noexcept
     m_firsts.clear();
     m_blocks.clear();
     m_size = 0;
+    ++m_changes;
 }
 
 /// The only block that can hold the number: the last one that does not begin after it, or the first.

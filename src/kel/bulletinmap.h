@@ -5,6 +5,7 @@
 #include <kel/kelapi.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <iterator>
 #include <memory>
 #include <utility>
@@ -16,7 +17,10 @@ class Bulletin;
 ///
 /// Entries stand sorted in blocks of bounded size, so that a walk runs through memory and a look-up touches little of
 /// it. Appending moves nothing: keys are mostly made in increasing order. An entry taken out stays behind as an unused
-/// one, until its number comes back or the block has become half empty. Every change invalidates all iterators.
+/// one, until its number comes back or the block has become half empty.
+///
+/// A walk goes on safely whatever is entered and taken out meanwhile, as observers may do: the next entry is the one
+/// with the next number that is there by then.
 class KEL_API BulletinMap
 {
 public:
@@ -26,8 +30,8 @@ public:
         using first_type = unsigned;
         using second_type = Bulletin*;
 
-        unsigned first;   ///< key number
-        Bulletin* second; ///< null in an unused entry, which nobody gets to see
+        unsigned first = 0;         ///< key number
+        Bulletin* second = nullptr; ///< null in an unused entry, which nobody gets to see
 
         operator std::pair<unsigned, Bulletin*>() const { return {first, second}; }
         /// As the entries of a standard map, so that one can be made of them.
@@ -49,9 +53,6 @@ public:
 
     /// The bulletin under a number, or null.
     Bulletin* find(unsigned number) const;
-    /// The first entry whose number is greater than the given one, or null.
-    const Entry* after(unsigned number) const;
-
     /// Enters a bulletin, which must not be null.
     /// @return false, with nothing changed, when the number is taken. Nothing is changed either when memory runs out.
     bool insert(unsigned number, Bulletin* bulletin);
@@ -92,6 +93,7 @@ private:
         Entry* last; ///< past the end
     };
 
+    const_iterator after(unsigned number) const;
     std::size_t findBlock(unsigned number) const;
     void append(Entry entry);
     void makeRoomBehind();
@@ -105,29 +107,34 @@ private:
     std::vector<unsigned> m_firsts; ///< the first number of each block; what a look-up searches
     std::vector<Block> m_blocks;    ///< in the same order, none of them empty
     std::size_t m_size = 0;
+    std::uint64_t m_changes = 0; ///< how many there were; what walks look at
 };
 
-/// Gives the entries of all blocks as one sequence.
+/// Gives the entries of all blocks as one sequence. Keeps a copy of the entry where it stands, which remains what it
+/// was when the map is changed.
 class BulletinMap::const_iterator
 {
 public:
-    using iterator_category = std::forward_iterator_tag;
+    using iterator_category = std::input_iterator_tag;
+    using iterator_concept = std::forward_iterator_tag;
     using value_type = Entry;
     using difference_type = std::ptrdiff_t;
     using pointer = const Entry*;
-    using reference = const Entry&;
+    using reference = const Entry;
 
     const_iterator() = default;
 
-    reference operator*() const { return *m_entry; }
-    pointer operator->() const { return m_entry; }
+    reference operator*() const { return m_entry; }
+    pointer operator->() const { return &m_entry; }
 
     const_iterator& operator++()
     {
-        if (++m_entry == m_last)
+        if (m_changes != m_map->m_changes) [[unlikely]]
+            return *this = m_map->after(m_entry.first);
+        if (++m_place == m_last)
             enter(m_block + 1);
         else
-            skipUnused();
+            takeNextInUse();
         return *this;
     }
 
@@ -138,36 +145,53 @@ public:
         return before;
     }
 
-    bool operator==(const const_iterator& other) const { return m_entry == other.m_entry; }
+    bool operator==(const const_iterator& other) const
+    {
+        return m_entry.first == other.m_entry.first && isAtEnd() == other.isAtEnd();
+    }
 
 private:
     friend class BulletinMap;
 
-    const_iterator(const Block* block, const Block* lastBlock) : m_lastBlock(lastBlock) { enter(block); }
+    const_iterator(const BulletinMap& map, const Block* block) : m_map(&map), m_changes(map.m_changes) { enter(block); }
+
+    bool isAtEnd() const { return m_entry.second == nullptr; }
 
     void enter(const Block* block)
     {
+        if (block == m_map->m_blocks.data() + m_map->m_blocks.size())
+            m_entry = {};
+        else
+            enterAt(block, block->first);
+    }
+
+    void enterAt(const Block* block, const Entry* place)
+    {
         m_block = block;
-        m_entry = block == m_lastBlock ? nullptr : block->first;
-        m_last = block == m_lastBlock ? nullptr : block->last;
+        m_place = place;
+        m_last = block->last;
+        takeNextInUse();
     }
 
     // Comes to a stop, since the last entry of a block is in use.
-    void skipUnused()
+    void takeNextInUse()
     {
-        while (m_entry->second == nullptr)
-            ++m_entry;
+        while (m_place->second == nullptr)
+            ++m_place;
+        m_entry = *m_place;
     }
 
-    const Entry* m_entry = nullptr; ///< null at the end
-    const Entry* m_last = nullptr;  ///< past the end of the block
+    Entry m_entry = {}; ///< no bulletin at the end
+    const Entry* m_place = nullptr;
+    const Entry* m_last = nullptr; ///< past the end of the block
     const Block* m_block = nullptr;
-    const Block* m_lastBlock = nullptr; ///< past the end
+    const BulletinMap* m_map = nullptr;
+    std::uint64_t m_changes = 0; ///< of the map, when the place was found
 };
 
 inline BulletinMap::const_iterator BulletinMap::begin() const
 {
-    return const_iterator(m_blocks.data(), m_blocks.data() + m_blocks.size());
+    return const_iterator(*this, m_blocks.data());
 }
 
 inline BulletinMap::const_iterator BulletinMap::end() const
