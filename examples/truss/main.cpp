@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
 // truss: a modeller for pin-jointed space trusses, as a specimen of the applications that libkel is for
 #include "truss/shell/application.h"
-
-#include <clocale>
+#include "truss/shell/language.h"
 
 int main(int argc, char** argv)
 {
-    std::setlocale(LC_ALL, ""); // the application's decision; the library never changes the locale
+    truss::Language::setLocale(); // the application's decision; the library never changes the locale
     return truss::Application().run(argc, argv);
 }

@@ -74,7 +74,7 @@ std::vector<std::string> CsvImport::split(const std::string& line)
 void CsvImport::updatePercent()
 {
     if (m_in.good() && m_fileSize > 0)
-        m_percent = static_cast<int>(100 * static_cast<double>(m_in.tellg()) / m_fileSize);
+        m_percent = static_cast<int>(50 * static_cast<double>(m_in.tellg()) / m_fileSize);
 }
 
 std::unique_ptr<ImportCommand> CsvImport::takeCommand()

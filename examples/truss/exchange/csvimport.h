@@ -34,7 +34,7 @@ public:
     /// @return whether there may be more lines.
     bool readLines(unsigned count);
 
-    /// The part of the file read so far.
+    /// How far the import has come: up to 50, the other half being the command.
     int getPercent() const { return m_percent; }
 
     /// The command that adds what was read. It may be empty; an empty command cannot be executed.

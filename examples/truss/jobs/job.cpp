@@ -6,13 +6,16 @@
 
 namespace truss
 {
+Job::Job(const Ztring& title) : m_title(title)
+{
+    m_quiet = true; // one sound at the end of all jobs is enough; JobQueue sees to it
+}
+
 void Job::performAction()
 {
     m_more = false; // stays so when the step throws
     Status& status = Status::getSingleton();
-    if (!m_begun)
-        status.setStatus(m_title);
-    m_begun = true;
+    status.setStatus(m_title, getPercent());
     status.checkInterrupt(getPercent());
     m_more = step();
 }

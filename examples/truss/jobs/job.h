@@ -15,10 +15,7 @@ class Job : public Task
 {
 public:
     /// The title is shown while the job runs.
-    explicit Job(const Ztring& title) : m_title(title) {}
-
-    /// Plays no sound where this job begins or ends a run of the queue.
-    void setQuiet(bool quiet) { m_quiet = quiet; }
+    explicit Job(const Ztring& title);
 
     void performAction() final;
     bool repeat() final { return m_more; }
@@ -30,7 +27,6 @@ private:
     virtual int getPercent() const { return -1; }
 
     Ztring m_title;
-    bool m_begun = false;
     bool m_more = false;
 };
 } // namespace truss

@@ -4,6 +4,7 @@
 
 #include "truss/jobs/failurecounter.h"
 
+#include <kel/sound.h>
 #include <kel/tasks.h>
 
 #include <utility>
@@ -45,9 +46,14 @@ void JobQueue::enableMenu(bool) {}
 void JobQueue::startNext()
 {
     if (m_jobs.empty())
-        return;
+        return finish();
     m_running = true;
     Tasks::getSingleton()->add(m_jobs.front().release());
     m_jobs.pop_front();
+}
+
+void JobQueue::finish()
+{
+    Sound::getSingleton()->play(Sound::WorkFinished, false);
 }
 } // namespace truss

@@ -17,7 +17,7 @@ class Job;
 ///
 /// Each job is a run of its own, because an interruption lasts until the queue runs empty: so Ctrl-C ends one job and
 /// the program goes on with the next. After a job that fails the rest is dropped, so that a model that could not be
-/// read is not saved over a good one.
+/// read is not saved over a good one. The end of all jobs, not of each, is announced with a sound.
 class JobQueue : public TasksListener
 {
 public:
@@ -36,6 +36,7 @@ private:
     void tasksChanged(bool busy) override;
     void enableMenu(bool enable) override;
     void startNext();
+    void finish();
 
     const FailureCounter& m_failures;
     std::deque<std::unique_ptr<Task>> m_jobs;

@@ -41,7 +41,7 @@ SolveJob::~SolveJob() = default;
 bool SolveJob::step()
 {
     if (m_analysis == nullptr)
-        m_analysis = std::make_unique<Analysis>(Structure(m_document.getModel()), m_method);
+        begin();
     if (m_analysis->step())
         return true;
     finish();
@@ -53,8 +53,17 @@ int SolveJob::getPercent() const
     return m_analysis != nullptr ? m_analysis->getPercent() : 0;
 }
 
+void SolveJob::begin()
+{
+    Structure structure(m_document.getModel());
+    const auto size = static_cast<unsigned>(structure.getMembers().size());
+    m_info = std::make_unique<Parallel::Info>("Solving", size, Parallel::getSingleton()->getMaxThreadCount());
+    m_analysis = std::make_unique<Analysis>(std::move(structure), m_method);
+}
+
 void SolveJob::finish()
 {
+    m_info.reset();
     auto response = m_analysis->takeResponse();
     Kel::Log::getSingleton()->append(describe(*response), Message::Info);
     m_document.setResponse(std::move(response));

@@ -5,6 +5,8 @@
 #include "truss/analysis/analysis.h"
 #include "truss/jobs/job.h"
 
+#include <kel/parallel.h>
+
 #include <memory>
 
 namespace truss
@@ -21,10 +23,13 @@ public:
 private:
     bool step() override;
     int getPercent() const override;
+    void begin();
     void finish();
 
     Document& m_document;
     Analysis::Method m_method;
-    std::unique_ptr<Analysis> m_analysis; // null before the first step
+    // Null before the first step.
+    std::unique_ptr<Parallel::Info> m_info; // logs size and duration when diagnostics are on
+    std::unique_ptr<Analysis> m_analysis;
 };
 } // namespace truss

@@ -4,6 +4,7 @@
 
 #include "truss/analysis/response.h"
 #include "truss/model/text.h"
+#include "truss/picture/roundnumber.h"
 
 #include <kel/branding.h>
 #include <kel/translator.h>
@@ -42,14 +43,6 @@ Color colorOf(double force)
     if (force == 0)
         return grey;
     return force > 0 ? tension : compression;
-}
-
-/// The largest of 1, 2 and 5 times a power of ten that is not above the value.
-double roundDown(double value)
-{
-    const double power = std::pow(10, std::floor(std::log10(value)));
-    const double digits = value / power;
-    return power * (digits >= 5 ? 5 : digits >= 2 ? 2 : 1);
 }
 } // namespace
 
@@ -160,7 +153,7 @@ double TrussPicture::chooseMagnification() const
         return 1;
     const double largest = std::abs(m_response->findLargestDisplacement().value);
     const double magnification = deflectionShare * m_projection.getExtent() / largest;
-    return magnification > 0 && std::isfinite(magnification) ? roundDown(magnification) : 1;
+    return magnification > 0 && std::isfinite(magnification) ? RoundNumber::below(magnification) : 1;
 }
 
 double TrussPicture::findLargestForce() const

@@ -2,37 +2,48 @@
 // truss: shell
 #include "truss/shell/application.h"
 
+#include "truss/jobs/checkjob.h"
 #include "truss/jobs/importjob.h"
 #include "truss/jobs/jobqueue.h"
 #include "truss/jobs/openjob.h"
 #include "truss/jobs/picturejob.h"
+#include "truss/jobs/reportjob.h"
 #include "truss/jobs/resultsjob.h"
 #include "truss/jobs/savejob.h"
 #include "truss/jobs/scriptjob.h"
 #include "truss/jobs/solvejob.h"
+#include "truss/jobs/study.h"
+#include "truss/jobs/studyreport.h"
+#include "truss/jobs/studytask.h"
+#include "truss/jobs/viewjob.h"
+#include "truss/model/text.h"
+#include "truss/shell/busyindicator.h"
+#include "truss/shell/language.h"
+#include "truss/shell/linuxplatform.h"
+#include "truss/shell/mainloop.h"
 #include "truss/shell/options.h"
 #include "truss/shell/services.h"
+#include "truss/shell/wheeltask.h"
 
 #include <kel/args.h>
-#include <kel/othertasks.h>
+#include <kel/parallel.h>
 #include <kel/problem.h>
-#include <kel/tasks.h>
+#include <kel/sound.h>
 
 namespace truss
 {
 namespace
 {
-/// One step of work; @return whether there is more to do at once.
-bool idle()
+Analysis::Method chooseMethod(const Options& options)
 {
-    const bool more = Tasks::getSingleton()->onIdle();
-    return OtherTasks::getSingleton()->onIdle() || more;
+    return options.iterative ? Analysis::Method::Iterative : Analysis::Method::Direct;
 }
 } // namespace
 
 Application::Application()
 {
     Services::install();
+    Language::loadCatalogue();
 }
 
 int Application::run(int argc, char** argv)
@@ -54,14 +65,33 @@ void Application::runJobs(int argc, char** argv)
     const Options options = Options::parse(args);
     if (options.help)
         return;
+    Sound::getSingleton()->setOn(options.bell);
+    Parallel::getSingleton()->setShowDiagnostics(options.diagnostics);
+
+    LinuxPlatform& platform = *LinuxPlatform::getSingleton();
+    platform.startTimer(new WheelTask);
+    const BusyIndicator indicator(m_status);
     JobQueue jobs(m_failures);
     addJobs(options, jobs);
     jobs.start();
-    while (!jobs.isFinished())
-        idle();
+    MainLoop(platform.getTimers()).run(jobs);
 }
 
 void Application::addJobs(const Options& options, JobQueue& jobs)
+{
+    addInput(options, jobs);
+    if (options.checkMesh)
+        jobs.add(std::make_unique<CheckJob>(m_document, fromUtf8(*options.checkMesh)));
+    if (options.solve)
+        jobs.add(std::make_unique<SolveJob>(m_document, chooseMethod(options)));
+    addOutput(options, jobs);
+    if (options.study)
+        addStudy(options, jobs);
+    if (options.report)
+        jobs.add(std::make_unique<ReportJob>(m_document, fromUtf8(*options.report)));
+}
+
+void Application::addInput(const Options& options, JobQueue& jobs)
 {
     if (options.document)
         jobs.add(std::make_unique<OpenJob>(m_document, *options.document));
@@ -69,9 +99,10 @@ void Application::addJobs(const Options& options, JobQueue& jobs)
         jobs.add(std::make_unique<ImportJob>(m_document, *options.import));
     if (options.script)
         jobs.add(std::make_unique<ScriptJob>(m_document, *options.script));
-    if (options.solve)
-        jobs.add(std::make_unique<SolveJob>(m_document, options.iterative ? Analysis::Method::Iterative
-                                                                          : Analysis::Method::Direct));
+}
+
+void Application::addOutput(const Options& options, JobQueue& jobs)
+{
     if (options.save)
         jobs.add(std::make_unique<SaveJob>(m_document, *options.save));
     if (options.results)
@@ -80,5 +111,15 @@ void Application::addJobs(const Options& options, JobQueue& jobs)
         jobs.add(std::make_unique<ResultsJob>(m_document, *options.reactions, &ResultsWriter::writeReactions));
     if (options.picture)
         jobs.add(std::make_unique<PictureJob>(m_document, *options.picture));
+    if (options.view)
+        jobs.add(std::make_unique<ViewJob>(*options.picture));
+}
+
+void Application::addStudy(const Options& options, JobQueue& jobs)
+{
+    const auto study = std::make_shared<Study>(*options.study);
+    auto report = std::make_unique<StudyReport>(study, options.studyTable, options.studyPlot);
+    jobs.add(
+        std::make_unique<StudyTask>(m_document, study, chooseMethod(options), options.interleave, std::move(report)));
 }
 } // namespace truss

@@ -23,6 +23,9 @@ public:
 private:
     void runJobs(int argc, char** argv);
     void addJobs(const Options& options, JobQueue& jobs);
+    void addInput(const Options& options, JobQueue& jobs);
+    void addOutput(const Options& options, JobQueue& jobs);
+    void addStudy(const Options& options, JobQueue& jobs);
 
     ConsoleStatus m_status; // first: all work reports to it
     FailureCounter m_failures;

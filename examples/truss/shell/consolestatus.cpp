@@ -4,6 +4,7 @@
 
 #include "truss/shell/terminaltext.h"
 
+#include <algorithm>
 #include <chrono>
 #include <thread>
 
@@ -17,12 +18,12 @@ void ConsoleStatus::setStatus(const Ztring& text)
 void ConsoleStatus::setStatus(const Ztring& text, int percent)
 {
     setStatus(text);
-    m_line.draw(TerminalText::encode(m_text), percent);
+    m_percent = static_cast<unsigned>(std::clamp(percent, 0, 100));
 }
 
 void ConsoleStatus::updateEvents(int percent)
 {
-    m_line.draw(TerminalText::encode(m_text), percent);
+    draw(percent);
     if (m_signal.take())
         setInterrupted();
 }
@@ -31,5 +32,25 @@ void ConsoleStatus::sleep(unsigned int ms)
 {
     std::this_thread::sleep_for(std::chrono::milliseconds(ms));
     Status::sleep(ms);
+}
+
+void ConsoleStatus::setBusy(bool busy)
+{
+    m_busy = busy;
+    if (!busy)
+        m_line.clear();
+}
+
+void ConsoleStatus::turnWheel()
+{
+    m_line.turnWheel();
+    if (m_busy)
+        draw(m_drawnPercent);
+}
+
+void ConsoleStatus::draw(int percent)
+{
+    m_drawnPercent = percent;
+    m_line.draw(TerminalText::encode(m_text), percent);
 }
 } // namespace truss

@@ -3,17 +3,25 @@
 #include "truss/shell/linuxplatform.h"
 
 #include "truss/model/text.h"
+#include "truss/shell/childprocess.h"
+#include "truss/shell/commandline.h"
+#include "truss/shell/httppost.h"
+#include "truss/shell/systemproblem.h"
 
-#include <kel/appversion.h>
 #include <kel/file_kel.h>
+#include <kel/formdataposter.h>
 #include <kel/problem.h>
 #include <kel/task.h>
+#include <kel/texthelper.h>
 #include <kel/translator.h>
-#include <kel/version.h>
+
+#include <sys/utsname.h>
 
 #include <filesystem>
+#include <fstream>
 #include <memory>
 #include <system_error>
+#include <utility>
 
 namespace truss
 {
@@ -24,25 +32,54 @@ std::filesystem::path toPath(const Kel::File& file)
     return file.getPath().toUtf8();
 }
 
-/// Fails with the message and the system's reason, unless all is well or nobody wants to know.
 void report(const std::error_code& error, bool quiet, const Ztring& message)
 {
-    if (!error || quiet)
-        return;
-    Problem problem{Ztring(error.message())};
-    problem.annotate(message);
-    throw problem;
+    if (error && !quiet)
+        SystemProblem::throwProblem(error.value(), message);
 }
 
-[[noreturn]] void throwNotAvailable(const Ztring& service)
+/// The value of a name in the description that every distribution has (os-release(5)); empty when it is not there.
+std::string readRelease(const std::string& name)
 {
-    Problem::throwProblem(fill(Translator::tr("%1 is not available"), service));
+    std::ifstream in("/etc/os-release");
+    for (std::string line; std::getline(in, line);)
+    {
+        if (line.rfind(name + '=', 0) != 0)
+            continue;
+        line.erase(0, name.size() + 1);
+        TextHelper::remove('"', line);
+        return line;
+    }
+    return std::string();
+}
+
+std::string toBytes(const Ztring& text)
+{
+    std::string bytes;
+    bytes.reserve(text.size());
+    for (const wxUniChar character : text.wx())
+    {
+        if (character.GetValue() > 0xff)
+            Problem::throwProblem(Translator::tr("A form holds a character that is no byte"));
+        bytes += static_cast<char>(character.GetValue());
+    }
+    return bytes;
 }
 } // namespace
 
-void LinuxPlatform::execute(const Ztring&, bool, bool)
+LinuxPlatform* LinuxPlatform::getSingleton()
 {
-    throwNotAvailable(Translator::tr("Starting programs"));
+    return dynamic_cast<LinuxPlatform*>(Platform::getSingleton());
+}
+
+void LinuxPlatform::execute(const Ztring& commandLine, bool wait, bool shell)
+{
+    const Redirection redirection = std::exchange(m_redirection, Redirection());
+    const std::string text = commandLine.toUtf8();
+    ChildProcess program(shell ? std::vector<std::string>{"/bin/sh", "-c", text} : CommandLine::split(text),
+                         redirection);
+    if (wait)
+        program.wait(m_timers);
 }
 
 void LinuxPlatform::deleteFile(const Kel::File& file, bool quiet)
@@ -59,26 +96,33 @@ void LinuxPlatform::moveFile(const Kel::File& from, const Kel::File& to, bool qu
     report(error, quiet, fill(Translator::tr("Failed to move file: '%1'"), from.getPath()));
 }
 
-void LinuxPlatform::startTimer(Task* task, unsigned int)
+void LinuxPlatform::startTimer(Task* task, unsigned int intervalMs)
 {
-    const std::unique_ptr<Task> owned(task);
-    throwNotAvailable(Translator::tr("Running tasks on a timer"));
+    m_timers.add(std::unique_ptr<Task>(task), intervalMs);
 }
 
 std::string LinuxPlatform::getOsName()
 {
-    return "linux";
+    utsname system{};
+    uname(&system);
+    std::string name(system.sysname);
+    return TextHelper::toLowerCase(name);
 }
 
 std::string LinuxPlatform::getReleaseName()
 {
-    std::string release;
-    AppVersion::getCurrent()->appendVersion(release);
-    return release;
+    const std::string version = readRelease("VERSION_ID");
+    return readRelease("ID") + (version.empty() ? version : '-' + version);
 }
 
-void LinuxPlatform::postForm(const Ztring&, const Ztring&, const Ztring&, const Ztring&, FormDataPoster&, Ztring&)
+void LinuxPlatform::postForm(const Ztring& where, const Ztring& path, const Ztring& headerName,
+                             const Ztring& headerValue, FormDataPoster& form, Ztring& response)
 {
-    throwNotAvailable(Translator::tr("Posting forms"));
+    HttpPost post(where.toUtf8() + path.toUtf8());
+    post.addHeader(headerName.toUtf8(), headerValue.toUtf8());
+    const std::string reply = post.send(toBytes(form.getBody()));
+    response = fromUtf8(reply);
+    if (response.empty())
+        response.fromAscii(reply); // not UTF-8: byte by byte
 }
 } // namespace truss

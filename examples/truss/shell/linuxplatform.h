@@ -2,26 +2,48 @@
 // truss: shell
 #pragma once
 
+#include "truss/shell/redirection.h"
+#include "truss/shell/timers.h"
+
 #include <kel/platform.h>
 
 namespace truss
 {
-/// The operating system's services as the library asks for them.
+/// The operating system's services as the library asks for them, and what this application needs besides.
 class LinuxPlatform : public Platform
 {
 public:
-    void execute(const Ztring& commandLine, bool flag1, bool flag2) override;
-    /// The flag means quiet: a file that cannot be deleted is no Problem then.
+    /// The installed platform, or null when another one, or none, is installed.
+    static LinuxPlatform* getSingleton();
+
+    /// Starts a program, without a shell between unless asked for. With waiting it has to end with status 0, otherwise
+    /// a Problem; the user can interrupt the waiting, which ends the program.
+    void execute(const Ztring& commandLine, bool wait, bool shell) override;
+    /// The standard streams of the next program that is started.
+    void redirectNext(const Redirection& redirection) { m_redirection = redirection; }
+
+    /// Quietly: a file that cannot be deleted is no Problem then.
     void deleteFile(const Kel::File& file, bool quiet) override;
-    /// Replaces `to` if it exists. The flag means quiet.
+    /// Replaces `to` if it exists.
     void moveFile(const Kel::File& from, const Kel::File& to, bool quiet) override;
+
+    /// Takes ownership of the task, which is run until its repeat() says no.
     void startTimer(Task* task, unsigned int intervalMs) override;
     using Platform::startTimer;
+    Timers& getTimers() { return m_timers; }
+
     /// "linux".
     std::string getOsName() override;
-    /// The release of this program.
+    /// The distribution and its version, for example "debian-12".
     std::string getReleaseName() override;
+
+    /// `where` and `path` together are the address, with its scheme. Each character of the body becomes one byte; one
+    /// that is no byte is a Problem, and so is a server that does not accept the form.
     void postForm(const Ztring& where, const Ztring& path, const Ztring& headerName, const Ztring& headerValue,
                   FormDataPoster& form, Ztring& response) override;
+
+private:
+    Redirection m_redirection;
+    Timers m_timers;
 };
 } // namespace truss

@@ -14,19 +14,31 @@ namespace truss
 /// What the command line asks for.
 struct Options
 {
-    std::optional<Kel::File> document;
-    std::optional<Kel::File> import;
-    std::optional<Kel::File> script;
+    using File = std::optional<Kel::File>;
+    using Text = std::optional<std::string>; ///< in UTF-8
+
+    File document;
+    File import;
+    File script;
+    Text checkMesh;
     bool solve = false;
     bool iterative = false;
-    std::optional<Kel::File> save;
-    std::optional<Kel::File> results;
-    std::optional<Kel::File> reactions;
-    std::optional<Kel::File> picture;
+    File save;
+    File results;
+    File reactions;
+    File picture;
+    bool view = false;
+    Text study;
+    bool interleave = false;
+    File studyTable;
+    File studyPlot;
+    Text report;
+    bool bell = false;
+    bool diagnostics = false;
     bool help = false;
 
     /// Takes all options that the program knows out of the arguments, and lets these report what is left over. A value
-    /// that is missing, or a second document, is a Problem.
+    /// that is missing, an option that is no use without another, and a second document are Problems.
     static Options parse(Args& args);
 };
 } // namespace truss

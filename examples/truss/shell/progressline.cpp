@@ -13,6 +13,8 @@ namespace
 {
 constexpr int barWidth = 30;                        // characters
 constexpr const char* backToEmptyLine = "\r\033[K"; // carriage return, then "erase to the end of the line" (ECMA-48)
+constexpr const char* wheel = "|/-\\";
+constexpr unsigned spokes = 4;
 
 std::string makeBar(int percent)
 {
@@ -22,20 +24,21 @@ std::string makeBar(int percent)
 }
 } // namespace
 
-ProgressLine::ProgressLine() : m_isTerminal(isatty(STDERR_FILENO) == 1) {}
+ProgressLine::ProgressLine() : ProgressLine(std::cerr, isatty(STDERR_FILENO) == 1) {}
 
 void ProgressLine::draw(const std::string& title, int percent)
 {
     if (!m_isTerminal)
         return;
-    std::cerr << backToEmptyLine << (percent >= 0 ? makeBar(percent) : std::string()) << title << std::flush;
+    m_out << backToEmptyLine << wheel[m_turns % spokes] << ' ' << (percent >= 0 ? makeBar(percent) : std::string())
+          << title << std::flush;
     m_isDrawn = true;
 }
 
 void ProgressLine::clear()
 {
     if (m_isDrawn)
-        std::cerr << backToEmptyLine << std::flush;
+        m_out << backToEmptyLine << std::flush;
     m_isDrawn = false;
 }
 } // namespace truss

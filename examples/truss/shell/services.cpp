@@ -3,6 +3,7 @@
 #include "truss/shell/services.h"
 
 #include "truss/model/bulletinptr.h"
+#include "truss/shell/bell.h"
 #include "truss/shell/consolelog.h"
 #include "truss/shell/linuxplatform.h"
 
@@ -28,6 +29,9 @@ void setBranding()
 {
     Branding::getSingleton()->set("Pinjoint", "Truss", "truss", "pin", "www.truss.example", "%1@truss.example",
                                   "TrussInstallMutex", "TRUSS_DIR", "trussm");
+    Branding::getSingleton()->addPoweredBy("Eigen");
+    Branding::getSingleton()->addPoweredBy("cairo");
+    Branding::getSingleton()->addPoweredBy("libcurl");
 }
 
 /// Written into every document; a document of a newer version is refused.
@@ -40,6 +44,7 @@ void setVersion()
 void Services::install()
 {
     add<ConsoleLog>();
+    add<Bell>();
     add<LinuxPlatform>();
     setBranding();
     setVersion();

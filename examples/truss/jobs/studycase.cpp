@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+// truss: jobs
+#include "truss/jobs/studycase.h"
+
+#include "truss/jobs/study.h"
+#include "truss/model/text.h"
+
+#include <kel/translator.h>
+
+#include <utility>
+
+namespace truss
+{
+StudyCase::StudyCase(std::shared_ptr<Study> study, std::shared_ptr<const Structure> structure, std::size_t row,
+                     Analysis::Method method)
+    : Job(fill(Translator::tr("Solving case %1"), toText(row + 1))),
+      m_study(std::move(study)),
+      m_structure(std::move(structure)),
+      m_row(row),
+      m_method(method)
+{
+}
+
+StudyCase::~StudyCase() = default;
+
+bool StudyCase::step()
+try
+{
+    if (m_study->hasFailed() || !solve())
+    {
+        m_study->noteEnd(false);
+        return false;
+    }
+    return true;
+}
+catch (...)
+{
+    m_study->noteEnd(true);
+    throw;
+}
+
+int StudyCase::getPercent() const
+{
+    return m_study->getPercent();
+}
+
+void StudyCase::begin()
+{
+    Structure varied(*m_structure);
+    varied.setArea(varied.findMember(m_study->getBar()), m_study->getRows()[m_row].area);
+    m_analysis = std::make_unique<Analysis>(std::move(varied), m_method);
+}
+
+bool StudyCase::solve()
+{
+    if (m_analysis == nullptr)
+        begin();
+    if (m_analysis->step())
+        return true;
+    m_study->setResult(m_row, *m_analysis->takeResponse());
+    m_analysis.reset(); // the other cases need the memory
+    return false;
+}
+} // namespace truss

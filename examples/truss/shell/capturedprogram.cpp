@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+// truss: shell
+#include "truss/shell/capturedprogram.h"
+
+#include "truss/shell/linuxplatform.h"
+#include "truss/shell/temporaryfile.h"
+
+#include <kel/file_kel.h>
+#include <kel/interrupted.h>
+
+namespace truss
+{
+void CapturedProgram::setInput(const Kel::File& file)
+{
+    m_input = file.getPath().toUtf8();
+}
+
+void CapturedProgram::run(const Ztring& commandLine, const Kel::File& file)
+{
+    Redirection redirection;
+    if (!m_input.empty())
+        redirection.in = m_input;
+    TemporaryFile out;
+    TemporaryFile err;
+    redirection.out = out.getFile().getPath().toUtf8();
+    redirection.err = err.getFile().getPath().toUtf8();
+    m_output = std::make_unique<StdOutErr>(out.release(), err.release()); // deletes both from now on
+
+    LinuxPlatform* const platform = LinuxPlatform::getSingleton();
+    platform->redirectNext(redirection);
+    try
+    {
+        platform->run(commandLine, Ztring(), file, true, false);
+    }
+    catch (const Interrupted&)
+    {
+        throw;
+    }
+    catch (const Problem&)
+    {
+        m_output->checkError(); // its own words say more than its exit status
+        throw;
+    }
+}
+} // namespace truss

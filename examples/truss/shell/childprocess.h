@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+// truss: shell
+#pragma once
+
+#include <sys/types.h>
+
+#include <string>
+#include <vector>
+
+namespace truss
+{
+struct Redirection;
+class Timers;
+
+/// A program that was started.
+class ChildProcess
+{
+public:
+    /// Starts it, found as a shell would find it but without one. One that cannot be started is a Problem.
+    ChildProcess(const std::vector<std::string>& words, const Redirection& redirection);
+
+    /// Waits for its end, with timers going on. A program that ends otherwise than with status 0 is a Problem; when the
+    /// user interrupts, the program is ended too and Interrupted is thrown.
+    void wait(Timers& timers);
+
+private:
+    void waitForEnd(Timers& timers);
+    void checkEnd(int status) const;
+    int reap() const;
+
+    std::string m_name;
+    pid_t m_id = -1;
+};
+} // namespace truss

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+// truss: shell
+#pragma once
+
+#include <string>
+
+namespace truss
+{
+/// One HTTP POST, with a time limit and with the server's certificate verified. The user can interrupt it.
+class HttpPost
+{
+public:
+    /// The address in full, with "http://" or "https://".
+    explicit HttpPost(const std::string& address) : m_address(address) {}
+
+    void addHeader(const std::string& name, const std::string& value);
+
+    /// Sends the bytes and returns the server's reply. A server that cannot be reached or does not accept the request
+    /// is a Problem; an interruption is thrown as Interrupted.
+    std::string send(const std::string& body) const;
+
+private:
+    std::string m_address;
+    std::string m_headers; // each ended by a line feed
+};
+} // namespace truss
