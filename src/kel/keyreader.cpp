@@ -2,10 +2,10 @@
 // libkel: Persistence
 #include <kel/keyreader.h>
 
-#include <kel/numbertable.h>
 #include <kel/reader.h>
+#include <kel/streamstate.h>
 
-KeyReader::KeyReader() : Bulletin(getStaticKey()), m_met(std::make_unique<NumberTable>(0)) {}
+KeyReader::KeyReader() : Bulletin(getStaticKey()) {}
 
 KeyReader::~KeyReader() = default;
 
@@ -19,14 +19,23 @@ unsigned KeyReader::read(Reader& reader)
 {
     unsigned number = 0;
     reader.readHex(number);
-    return reader.getOrCreate<KeyReader>().getKeyNumber(number);
+    return getStreamState<KeyReader>(reader).getKeyNumber(number);
 }
 
 unsigned KeyReader::getKeyNumber(unsigned streamNumber)
 {
-    // Stream numbers start at 0, which the table keeps for itself.
-    const unsigned index = m_met->get(std::uint64_t(streamNumber) + 1).number;
-    if (index == m_keyNumbers.size())
-        m_keyNumbers.push_back(BulletinKey().getNumber());
-    return m_keyNumbers[index];
+    if (streamNumber < m_keyNumbers.size())
+        return m_keyNumbers[streamNumber];
+    if (streamNumber > m_keyNumbers.size() || !m_outOfTurn.empty())
+        return getOutOfTurn(streamNumber);
+    m_keyNumbers.push_back(BulletinKey().getNumber());
+    return m_keyNumbers.back();
+}
+
+unsigned KeyReader::getOutOfTurn(unsigned streamNumber)
+{
+    const auto [entry, isNew] = m_outOfTurn.try_emplace(streamNumber);
+    if (isNew)
+        entry->second = BulletinKey().getNumber();
+    return entry->second;
 }

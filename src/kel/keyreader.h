@@ -5,10 +5,9 @@
 #include <kel/bulletin.h>
 #include <kel/kelapi.h>
 
-#include <memory>
+#include <unordered_map>
 #include <vector>
 
-class NumberTable;
 class Reader;
 
 /// Gives every anonymous key of one stream a fresh key number of this run.
@@ -31,7 +30,8 @@ public:
 
 private:
     unsigned getKeyNumber(unsigned streamNumber);
+    unsigned getOutOfTurn(unsigned streamNumber);
 
-    std::unique_ptr<NumberTable> m_met;
-    std::vector<unsigned> m_keyNumbers; // in the order in which they were met
+    std::vector<unsigned> m_keyNumbers;                 // by number in the stream, as long as they come in turn
+    std::unordered_map<unsigned, unsigned> m_outOfTurn; // all from the first that does not
 };

@@ -3,9 +3,10 @@
 #include <kel/keywriter.h>
 
 #include <kel/numbertable.h>
+#include <kel/streamstate.h>
 #include <kel/writer.h>
 
-KeyWriter::KeyWriter() : Bulletin(getStaticKey()), m_numbers(std::make_unique<NumberTable>(0)) {}
+KeyWriter::KeyWriter() : Bulletin(getStaticKey()), m_numbers(std::make_unique<NumberTable<unsigned>>(0, 0)) {}
 
 KeyWriter::~KeyWriter() = default;
 
@@ -17,5 +18,5 @@ const BulletinKey& KeyWriter::getStaticKey()
 
 void KeyWriter::write(Writer& writer, const BulletinKey& key)
 {
-    writer.writeHex(writer.getOrCreate<KeyWriter>().m_numbers->get(key.getNumber()).number);
+    writer.writeHex(getStreamState<KeyWriter>(writer).m_numbers->get(key.getNumber()).number);
 }

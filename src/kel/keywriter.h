@@ -7,8 +7,9 @@
 
 #include <memory>
 
-class NumberTable;
 class Writer;
+template <class Key>
+class NumberTable;
 
 /// Numbers the anonymous keys of one stream, 0, 1, 2 ... in the order in which they are first written.
 ///
@@ -28,5 +29,5 @@ public:
     static void write(Writer& writer, const BulletinKey& key);
 
 private:
-    std::unique_ptr<NumberTable> m_numbers;
+    std::unique_ptr<NumberTable<unsigned>> m_numbers;
 };

@@ -3,8 +3,8 @@
 #include <kel/reader.h>
 
 #include <kel/addowned.h>
+#include <kel/crosscast.h>
 #include <kel/nativereader.h>
-#include <kel/numberinput.h>
 #include <kel/orderedbulletins.h>
 #include <kel/problem.h>
 #include <kel/savedline.h>
@@ -12,6 +12,7 @@
 #include <kel/serializablecreator.h>
 #include <kel/serializablecreators.h>
 #include <kel/status.h>
+#include <kel/streaminput.h>
 #include <kel/translator.h>
 #include <kel/versions.h>
 #include <kel/zassert.h>
@@ -48,19 +49,10 @@ Bulletin* toSlot(std::uint64_t id)
 /// reported as what it is.
 std::size_t takeBytes(std::istream& in, char* bytes, std::size_t count)
 {
-    std::streamsize taken = 0;
-    try
-    {
-        taken = in.rdbuf()->sgetn(bytes, static_cast<std::streamsize>(count));
-    }
-    catch (...)
-    {
-        setBadOrRethrow(in);
-        return 0;
-    }
-    if (static_cast<std::size_t>(taken) < count)
-        in.setstate(std::ios_base::eofbit);
-    return static_cast<std::size_t>(taken);
+    in.read(bytes, static_cast<std::streamsize>(count));
+    if (in.eof() && !in.bad())
+        in.clear(std::ios_base::eofbit);
+    return static_cast<std::size_t>(in.gcount());
 }
 
 void readBytes(std::istream& in, std::size_t size, std::string& bytes)
@@ -108,7 +100,10 @@ void reportFixed(std::size_t fixed, std::size_t total)
 }
 } // namespace
 
-Reader::Reader(std::istream& in, const Ztring& expected, bool showStatus) : m_in(&in), m_showStatus(showStatus)
+Reader::Reader(std::istream& in, const Ztring& expected, bool showStatus)
+    : m_in(&in),
+      m_toBulletin(std::make_unique<CrossCast<Bulletin, Serializable>>()),
+      m_showStatus(showStatus)
 {
     KEL_ASSERT(!m_in->fail(), "*m_in");
     m_creators.reserve(100);
@@ -150,6 +145,7 @@ Serializable* Reader::perform()
         Status::getSingleton().setStatus(Translator::tr("Restore objects"));
     fixObjects(queue);
     m_restored.clear();
+    m_states.clear();
     return root;
 }
 
@@ -184,7 +180,7 @@ void Reader::fixObjects(FixingQueue& queue)
                 firstOfCycle = waiting.object;
             continue;
         }
-        find(static_cast<std::uint64_t>(waiting.id))->fixed = true;
+        m_states[static_cast<std::size_t>(waiting.id - 1)] = State::Fixed;
         if (m_showStatus)
             reportFixed(++fixed, total);
     }
@@ -215,7 +211,7 @@ requires(std::is_arithmetic_v<T> || std::is_same_v<T, Ztring>) Reader& Reader::r
     }
     else
     {
-        NumberInput::extract(*m_in, value);
+        StreamInput::extract(*m_in, value);
         checkValid();
     }
     return *this;
@@ -245,7 +241,7 @@ template KEL_API Reader& Reader::read(Ztring&);
 Reader& Reader::read(Bulletin*& slot)
 {
     std::uint64_t id = 0;
-    NumberInput::extractHex(*m_in, id);
+    StreamInput::extractHex(*m_in, id);
     slot = toSlot(id);
     checkValid();
     return *this;
@@ -266,15 +262,18 @@ void Reader::readString(std::string& text)
 {
     unsigned size = 0;
     read(size);
-    m_in->ignore(); // the separator
-    readBytes(*m_in, size, text);
-    checkValid();
+    if (!StreamInput::takeReadyText(*m_in, size, text))
+    {
+        m_in->ignore(); // the separator
+        readBytes(*m_in, size, text);
+        checkValid();
+    }
     text.resize(std::min(text.size(), text.find('\0')));
 }
 
 void Reader::readHex(unsigned& number)
 {
-    NumberInput::extractHex(*m_in, number);
+    StreamInput::extractHex(*m_in, number);
 }
 
 void Reader::readBulletins(BulletinBoard& board)
@@ -330,9 +329,8 @@ void Reader::fixBulletins(OrderedBulletins& list)
 
 bool Reader::isFixed(void* id) const
 {
-    const Restored* const restored = find(toId(id));
-    KEL_ASSERT(restored, "findIt != m_restored.end()");
-    return restored->fixed;
+    KEL_ASSERT(isRestored(toId(id)), "findIt != m_restored.end()");
+    return m_states[toId(id) - 1] == State::Fixed;
 }
 
 std::istream* Reader::set(std::istream* in)
@@ -346,15 +344,21 @@ std::istream* Reader::set(std::istream* in)
 Serializable* Reader::loadObj(FixingQueue& queue, std::int64_t id)
 {
     unsigned classId = 0;
-    NumberInput::extract(*m_in, classId);
+    StreamInput::extract(*m_in, classId);
     if (!m_in->good())
         return nullptr;
     Serializable* const object = readObject(classId, queue, id);
     if (!object)
         skipLine();
     if (static_cast<std::uint64_t>(id) == m_restored.size() + 1)
-        m_restored.push_back({object, nullptr, false});
+        enter(object);
     return object;
+}
+
+void Reader::enter(Serializable* object)
+{
+    m_states.push_back(object ? State::Waiting : State::Skipped);
+    m_restored.push_back(object ? (*m_toBulletin)(*object) : nullptr);
 }
 
 SerializableCreator* Reader::getCreator(unsigned classId)
@@ -405,31 +409,22 @@ Serializable* Reader::readObject(unsigned classId, FixingQueue& queue, std::int6
     }
 }
 
-Reader::Restored* Reader::find(std::uint64_t id)
+bool Reader::isRestored(std::uint64_t id) const
 {
     // The id 0, which is null, becomes the largest number.
-    return id - 1 < m_restored.size() ? &m_restored[id - 1] : nullptr;
+    return id - 1 < m_restored.size();
 }
 
-const Reader::Restored* Reader::find(std::uint64_t id) const
-{
-    return id - 1 < m_restored.size() ? &m_restored[id - 1] : nullptr;
-}
-
-Bulletin* Reader::getBulletin(std::uint64_t id)
+Bulletin* Reader::getBulletin(std::uint64_t id) const
 {
     if (id == 0)
         return nullptr;
-    Restored* const restored = find(id);
-    if (!restored)
+    if (!isRestored(id))
         throwUnknown(id);
-    if (!restored->object)
-        return nullptr;
-    if (!restored->bulletin)
-        restored->bulletin = dynamic_cast<Bulletin*>(restored->object);
-    if (!restored->bulletin)
+    Bulletin* const bulletin = m_restored[id - 1];
+    if (!bulletin && m_states[id - 1] != State::Skipped)
         throwError(Translator::tr("Invalid ptr fix"));
-    return restored->bulletin;
+    return bulletin;
 }
 
 template <class Add>

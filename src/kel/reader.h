@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <deque>
 #include <iosfwd>
+#include <memory>
 #include <string>
 #include <type_traits>
 #include <unordered_map>
@@ -19,6 +20,8 @@ class OrderedBulletins;
 class Serializable;
 class SerializableCreator;
 class Ztring;
+template <class To, class From>
+class CrossCast;
 
 /// Rebuilds the graph of objects that a Writer has put into a stream.
 ///
@@ -175,12 +178,11 @@ public:
     /// @}
 
 private:
-    /// What was read under an id.
-    struct Restored
+    enum class State : std::uint8_t
     {
-        Serializable* object = nullptr; // null: skipped
-        Bulletin* bulletin = nullptr;   // the object, once a reference has asked for it as a bulletin
-        bool fixed = false;
+        Skipped,
+        Waiting,
+        Fixed
     };
 
     void useClassicNumbers();
@@ -188,18 +190,19 @@ private:
     SerializableCreator* findCreator(unsigned classId);
     SerializableCreator* readCreator();
     Serializable* readObject(unsigned classId, FixingQueue& queue, std::int64_t id);
-    void enter(std::int64_t id, Serializable* object);
+    void enter(Serializable* object);
     void readRecords(FixingQueue& queue);
     void fixObjects(FixingQueue& queue);
-    Restored* find(std::uint64_t id);
-    const Restored* find(std::uint64_t id) const;
-    Bulletin* getBulletin(std::uint64_t id);
+    bool isRestored(std::uint64_t id) const;
+    Bulletin* getBulletin(std::uint64_t id) const;
     template <class Add>
     void fixMembers(Bulletin& owner, const Add& add);
 
     std::istream* m_in;
     Array<SerializableCreator*> m_creators; // by class number - 1; null: unknown
-    std::vector<Restored> m_restored;       // by id - 1
+    std::unique_ptr<CrossCast<Bulletin, Serializable>> m_toBulletin;
+    std::vector<Bulletin*> m_restored; // by id - 1; null: skipped, or no bulletin
+    std::vector<State> m_states;       // likewise
     std::unordered_map<Bulletin*, Array<Bulletin*>> m_bulletinsFor;
     std::uint32_t m_pass = 0;
     bool m_isLast = true;

@@ -2,13 +2,14 @@
 // libkel: Persistence
 #include <kel/writer.h>
 
+#include <kel/crosscast.h>
 #include <kel/flagguard.h>
-#include <kel/numberoutput.h>
 #include <kel/numbertable.h>
 #include <kel/orderedbulletins.h>
 #include <kel/serializable.h>
 #include <kel/serializablecreator.h>
 #include <kel/status.h>
+#include <kel/streamoutput.h>
 #include <kel/translator.h>
 #include <kel/versions.h>
 #include <kel/zassert.h>
@@ -20,6 +21,9 @@
 
 namespace
 {
+/// Objects on the heap are at least 32 bytes apart.
+constexpr unsigned addressSpacing = 5;
+
 std::uint64_t toKey(const void* pointer)
 {
     return reinterpret_cast<std::uintptr_t>(pointer);
@@ -38,37 +42,35 @@ Bulletin* getBulletin(const BulletinBoard::value_type& entry)
 
 Writer::Writer(std::ostream& out, const Ztring& header, bool showStatus)
     : m_out(out),
-      m_creatorIds(std::make_unique<NumberTable>(1)),
-      m_ids(std::make_unique<NumberTable>(1)),
+      m_toSerializable(std::make_unique<CrossCast<Serializable, Bulletin>>()),
+      m_creatorIds(std::make_unique<NumberTable<std::uint64_t>>(1, addressSpacing)),
+      m_ids(std::make_unique<NumberTable<std::uint64_t>>(1, addressSpacing)),
       m_showStatus(showStatus)
 {
     m_out.imbue(std::locale::classic());
     if (m_showStatus)
         Status::getSingleton().setStatus(Translator::tr("Writing objects"));
     write<Ztring>(header);
-    NumberOutput::putChar(m_out, '\n');
+    StreamOutput::putChar(m_out, '\n');
     Versions::getSingleton().write(*this);
-    NumberOutput::putChar(m_out, '\n');
+    StreamOutput::putChar(m_out, '\n');
 }
 
 Writer::~Writer() = default;
 
 void Writer::writeObj(Serializable* object)
 {
-    if (!object)
-    {
-        writeReference(0);
-        return;
-    }
-    NumberTable::Entry& entry = m_ids->get(toKey(object));
-    writeReference(entry.number);
-    if (!entry.isQueued)
-    {
-        m_pending.push_back(object);
-        entry.isQueued = true;
-    }
-    if (!m_isWritingObj)
+    writeReference(object ? enter(object) : 0);
+    if (object && !m_isWritingObj)
         processPending();
+}
+
+unsigned Writer::enter(Serializable* object)
+{
+    const auto [id, isNew] = m_ids->get(toKey(object));
+    if (isNew || (!m_unqueued.empty() && m_unqueued.erase(id) > 0))
+        m_pending.push_back(object);
+    return id;
 }
 
 void Writer::writeReference(unsigned id)
@@ -86,7 +88,7 @@ requires(std::is_arithmetic_v<T> || std::is_same_v<T, Ztring>) Writer& Writer::w
         write(static_cast<unsigned>(utf8.size()), utf8.data());
     }
     else
-        NumberOutput::putNumber(m_out, value, s_separator);
+        StreamOutput::putNumber(m_out, value, s_separator);
     return *this;
 }
 
@@ -113,15 +115,13 @@ template KEL_API Writer& Writer::write(const Ztring&);
 
 Writer& Writer::write(unsigned size, const char* bytes)
 {
-    write(size);
-    NumberOutput::putBytes(m_out, bytes, size);
-    NumberOutput::putChar(m_out, s_separator);
+    StreamOutput::putCounted(m_out, bytes, size, s_separator);
     return *this;
 }
 
 Writer& Writer::writeHex(unsigned number)
 {
-    NumberOutput::putHex(m_out, number, s_separator);
+    StreamOutput::putHex(m_out, number, s_separator);
     return *this;
 }
 
@@ -142,29 +142,34 @@ void Writer::writeMembers(const Bulletins& bulletins, std::size_t count)
     members.reserve(count);
     for (const auto& entry : bulletins)
     {
-        auto* const member = dynamic_cast<Serializable*>(getBulletin(entry));
+        Bulletin* const bulletin = getBulletin(entry);
+        Serializable* const member = bulletin ? (*m_toSerializable)(*bulletin) : nullptr;
         if (member && member->isWritable())
             members.push_back(member);
     }
     write(static_cast<unsigned>(members.size()));
+    m_ids->reserve(members.size());
     for (Serializable* member : members)
         writeObj(member);
 }
 
 unsigned Writer::getId(void* object)
 {
-    return object ? m_ids->get(toKey(object)).number : 0;
+    if (!object)
+        return 0;
+    const auto [id, isNew] = m_ids->get(toKey(object));
+    if (isNew)
+        m_unqueued.insert(id);
+    return id;
 }
 
 void Writer::writeCreator(Serializable* object)
 {
     SerializableCreator* const creator = object->getCreator();
-    NumberTable::Entry& entry = m_creatorIds->get(toKey(creator));
-    const bool isNew = !entry.isQueued;
-    entry.isQueued = true;
+    const auto [id, isNew] = m_creatorIds->get(toKey(creator));
     if (!isNew)
     {
-        write(entry.number);
+        write(id);
         return;
     }
     const std::string& name = creator->getName();
@@ -189,7 +194,7 @@ void Writer::writeFront()
     m_pending.pop_front();
     writeCreator(object);
     object->write(*this);
-    NumberOutput::putChar(m_out, '\n');
+    StreamOutput::putChar(m_out, '\n');
 }
 
 void Writer::reportProgress()

@@ -6,16 +6,21 @@
 #include <kel/kelapi.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <deque>
 #include <iosfwd>
 #include <memory>
+#include <set>
 #include <type_traits>
 
-class NumberTable;
 class OrderedBulletins;
 class Serializable;
 class SerializableCreator;
 class Ztring;
+template <class To, class From>
+class CrossCast;
+template <class Key>
+class NumberTable;
 
 /// Writes an object and everything reachable from it as one object stream.
 ///
@@ -94,6 +99,7 @@ public:
     /// @}
 
 private:
+    unsigned enter(Serializable* object);
     void writeReference(unsigned id);
     template <class Bulletins>
     void writeMembers(const Bulletins& bulletins, std::size_t count);
@@ -101,9 +107,11 @@ private:
     void reportProgress();
 
     std::ostream& m_out;
-    std::unique_ptr<NumberTable> m_creatorIds; // class numbers
-    std::unique_ptr<NumberTable> m_ids;        // object ids, and whether the object was queued
-    std::deque<Serializable*> m_pending;       // first in, first out
+    std::unique_ptr<CrossCast<Serializable, Bulletin>> m_toSerializable;
+    std::unique_ptr<NumberTable<std::uint64_t>> m_creatorIds; // class numbers
+    std::unique_ptr<NumberTable<std::uint64_t>> m_ids;        // by the address of the object
+    std::set<unsigned> m_unqueued;                            // ids that getId has given and nobody has written
+    std::deque<Serializable*> m_pending;                      // first in, first out
     bool m_isWritingObj = false;
     bool m_showStatus;
 };
