@@ -20,9 +20,8 @@ bool isCodePoint(wchar_t c)
 
 // The converters are of two minds about what lies past the last code point: some let it pass, some report it as an
 // error in the program. No text with it leaves or enters here.
-bool isConvertible(const wxString& text)
+bool isConvertible(const std::wstring& wide)
 {
-    const std::wstring& wide = text.ToStdWstring();
     return std::all_of(wide.begin(), wide.end(), isCodePoint);
 }
 
@@ -33,14 +32,20 @@ bool isAscii(Iterator first, Iterator last)
 }
 
 // ASCII is the same in all encodings here, and nearly all that is converted; the converters take many times as long.
+//
+// Both ways, the text is converted together with the NUL that ends it and into memory of our own: for any other text
+// the converters make a copy, which is lost when there is no memory for the converted one.
 wxString decode(const char* bytes, std::size_t length, const wxMBConv& conversion)
 {
     if (isAscii(bytes, bytes + length))
         return std::wstring(bytes, bytes + length);
-    wxString text(bytes, conversion, length);
-    if (!isConvertible(text))
-        text.clear();
-    return text;
+    const std::size_t size = conversion.ToWChar(nullptr, 0, bytes, length + 1);
+    if (size == wxCONV_FAILED)
+        return wxString();
+    std::wstring wide(size, L'\0');
+    conversion.ToWChar(wide.data(), size, bytes, length + 1);
+    wide.pop_back();
+    return isConvertible(wide) ? wide : std::wstring();
 }
 
 std::string encode(const wxString& text, const wxMBConv& conversion)
@@ -48,11 +53,15 @@ std::string encode(const wxString& text, const wxMBConv& conversion)
     const std::wstring& wide = text.ToStdWstring();
     if (isAscii(wide.begin(), wide.end()))
         return std::string(wide.begin(), wide.end());
-    if (!isConvertible(text))
+    if (!isConvertible(wide))
         return std::string();
-    std::size_t length = 0;
-    const wxCharBuffer bytes = conversion.cWC2MB(wide.data(), wide.size(), &length);
-    return std::string(bytes.data(), length);
+    const std::size_t size = conversion.FromWChar(nullptr, 0, wide.c_str(), wide.size() + 1);
+    if (size == wxCONV_FAILED)
+        return std::string();
+    std::string bytes(size, '\0');
+    conversion.FromWChar(bytes.data(), size, wide.c_str(), wide.size() + 1);
+    bytes.pop_back();
+    return bytes;
 }
 
 // Not wxUniChar::FromHi8bit, which reports a byte that it cannot decode as an error in the program.
@@ -60,8 +69,9 @@ wchar_t decodeByte(char c)
 {
     if (static_cast<unsigned char>(c) < 0x80)
         return static_cast<wchar_t>(c);
-    wchar_t decoded[2] = {};
-    return wxConvLibc.ToWChar(decoded, 2, &c, 1) == wxCONV_FAILED ? L'?' : decoded[0];
+    const char text[2] = {c, '\0'};
+    wchar_t decoded[3] = {};
+    return wxConvLibc.ToWChar(decoded, 3, text, 2) == wxCONV_FAILED ? L'?' : decoded[0];
 }
 
 // Makes a new text, so that target and value may be part of the old one.
@@ -207,7 +217,7 @@ void Ztring::trimText()
 {
     constexpr unsigned longest = 20;
     if (length() > longest)
-        m_text->replace(longest - 3, wxString::npos, "...");
+        m_text->replace(longest - 3, wxString::npos, L"...");
 }
 
 bool Ztring::truncateAfter(const Ztring& marker)
