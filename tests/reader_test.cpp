@@ -86,6 +86,33 @@ public:
     static inline Recorder* s_recorder = nullptr;
 };
 
+/// A list whose objects live one after the other at the same address. The first skips itself when it is read.
+class InOnePlace : public NodeList
+{
+public:
+    void read(Reader& reader) override
+    {
+        NodeList::read(reader);
+        if (s_isFirst)
+        {
+            s_isFirst = false;
+            throw Reader::Skip();
+        }
+    }
+
+    static void* operator new(std::size_t) { return s_place; }
+    static void operator delete(void*) {}
+
+    static inline CreatorOf<InOnePlace> s_creator{"InOnePlace"};
+    static inline bool s_isFirst = true;
+
+private:
+    alignas(std::max_align_t) static std::byte s_place[256];
+};
+
+alignas(std::max_align_t) std::byte InOnePlace::s_place[256];
+static_assert(sizeof(InOnePlace) <= 256);
+
 /// A scripted object reads one reference and fixes it unless the test says otherwise.
 void readReference(Scripted& object, Reader& reader)
 {
@@ -440,6 +467,17 @@ TEST_F(ReaderTest, ObjectThatSkipsItselfIsDeletedAndNotFixed)
     EXPECT_EQ(Persistable::getCount(), 2u);
     EXPECT_EQ(root->reference, nullptr);
     EXPECT_EQ(fixed, (std::vector<int>{3, 1}));
+}
+
+TEST_F(ReaderTest, CollectionOfAnObjectThatSkipsItselfIsForgotten)
+{
+    InOnePlace::s_isFirst = true;
+    auto* const root = dynamic_cast<NodeList*>(perform("0 8 NodeList 2 2 3 \n0 10 InOnePlace 1 1 \n2 2 3 1 \n"));
+    ASSERT_EQ(root->size(), 1u);
+    const auto& second = dynamic_cast<const NodeList&>(*(*root)[0]);
+    ASSERT_EQ(second.size(), 2u);
+    EXPECT_EQ(second[0], &second);
+    EXPECT_EQ(second[1], root);
 }
 
 TEST_F(ReaderTest, SkipWhileAnObjectIsMadeSkipsItsLine)

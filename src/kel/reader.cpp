@@ -291,6 +291,7 @@ void Reader::readBulletinsFor(Bulletin& owner)
     const auto [entry, isNew] = m_bulletinsFor.try_emplace(&owner);
     if (!isNew)
         throwError(Translator::tr("Already read Bulletins"));
+    m_newOwners.push_back(&owner);
     entry->second.reserve(10);
     read<Bulletin*, NativeReader>(entry->second, NativeReader());
 }
@@ -391,6 +392,7 @@ Serializable* Reader::readObject(unsigned classId, FixingQueue& queue, std::int6
     SerializableCreator* const creator = findCreator(classId);
     if (!creator)
         return nullptr;
+    m_newOwners.clear();
     Serializable* object = nullptr;
     try
     {
@@ -404,6 +406,9 @@ Serializable* Reader::readObject(unsigned classId, FixingQueue& queue, std::int6
     {
         if (object)
             queue.pop_back();
+        // A later owner may get the address of one that is deleted here.
+        for (Bulletin* const owner : m_newOwners)
+            m_bulletinsFor.erase(owner);
         delete object;
         return nullptr;
     }

@@ -204,6 +204,7 @@ private:
     std::vector<Bulletin*> m_restored; // by id - 1; null: skipped, or no bulletin
     std::vector<State> m_states;       // likewise
     std::unordered_map<Bulletin*, Array<Bulletin*>> m_bulletinsFor;
+    std::vector<Bulletin*> m_newOwners; // whose collections the record that is being read holds
     std::uint32_t m_pass = 0;
     bool m_isLast = true;
     bool m_showStatus;
