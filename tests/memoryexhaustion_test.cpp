@@ -448,8 +448,10 @@ const Histories s_histories = {{1, 1}, {2, 0}, {64, 1}, {66, 30}, {66, 31}, {66,
 
 TEST(MemoryExhaustion, CommandIsExecutedAndKeptOrLeavesNoTrace)
 {
-    for (const auto& [undoable, redoable] : s_histories)
+    for (const auto& counts : s_histories)
     {
+        const int undoable = counts.first;
+        const int redoable = counts.second;
         const auto failures = failEachAllocation(
             [=] { return std::make_unique<History>(undoable, redoable); },
             [](auto& history) { history->controller.execute(new Count(history->document, history->document)); },
@@ -469,8 +471,10 @@ TEST(MemoryExhaustion, CommandIsExecutedAndKeptOrLeavesNoTrace)
 
 TEST(MemoryExhaustion, UndoneCommandIsNeverLost)
 {
-    for (const auto& [undoable, redoable] : s_histories)
+    for (const auto& counts : s_histories)
     {
+        const int undoable = counts.first;
+        const int redoable = counts.second;
         failEachAllocation([=] { return std::make_unique<History>(undoable, redoable); },
                            [](auto& history) { history->controller.undo(); },
                            [=](auto& history, bool threw)
@@ -486,8 +490,10 @@ TEST(MemoryExhaustion, UndoneCommandIsNeverLost)
 
 TEST(MemoryExhaustion, RedoneCommandIsNeverLost)
 {
-    for (const auto& [undoable, redoable] : s_histories)
+    for (const auto& counts : s_histories)
     {
+        const int undoable = counts.first;
+        const int redoable = counts.second;
         if (redoable == 0)
             continue;
         failEachAllocation([=] { return std::make_unique<History>(undoable, redoable); },
