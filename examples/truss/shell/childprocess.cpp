@@ -32,6 +32,9 @@ namespace truss
 {
 namespace
 {
+/// The time that a program has to end by itself once it is asked to.
+constexpr int graceMs = 500;
+
 /// What is done to the descriptors between starting the process and running the program.
 class FileActions
 {
@@ -53,6 +56,26 @@ private:
     posix_spawn_file_actions_t m_actions;
 };
 
+/// Makes the process the first of a group, to which all that it starts belongs too.
+class GroupAttribute
+{
+public:
+    GroupAttribute()
+    {
+        posix_spawnattr_init(&m_attributes);
+        posix_spawnattr_setflags(&m_attributes, POSIX_SPAWN_SETPGROUP);
+        posix_spawnattr_setpgroup(&m_attributes, 0);
+    }
+    GroupAttribute(const GroupAttribute&) = delete;
+    GroupAttribute& operator=(const GroupAttribute&) = delete;
+    ~GroupAttribute() { posix_spawnattr_destroy(&m_attributes); }
+
+    const posix_spawnattr_t* get() const { return &m_attributes; }
+
+private:
+    posix_spawnattr_t m_attributes;
+};
+
 std::vector<char*> toArguments(std::vector<std::string>& words)
 {
     std::vector<char*> arguments;
@@ -71,7 +94,8 @@ ChildProcess::ChildProcess(const std::vector<std::string>& words, const Redirect
     actions.open(STDOUT_FILENO, redirection.out, O_WRONLY | O_CREAT | O_TRUNC);
     actions.open(STDERR_FILENO, redirection.err, O_WRONLY | O_CREAT | O_TRUNC);
     auto copies = words;
-    const int error = posix_spawnp(&m_id, m_name.c_str(), actions.get(), nullptr, toArguments(copies).data(), environ);
+    const int error =
+        posix_spawnp(&m_id, m_name.c_str(), actions.get(), GroupAttribute().get(), toArguments(copies).data(), environ);
     if (error != 0)
         SystemProblem::throwProblem(error, fill(Translator::tr("Failed to start '%1'"), fromUtf8(m_name)));
 }
@@ -84,8 +108,7 @@ void ChildProcess::wait(Timers& timers)
     }
     catch (...)
     {
-        kill(m_id, SIGTERM);
-        reap();
+        end();
         throw;
     }
     checkEnd(reap());
@@ -93,15 +116,25 @@ void ChildProcess::wait(Timers& timers)
 
 void ChildProcess::waitForEnd(Timers& timers)
 {
-    const FileDescriptor process(pidfd_open(m_id, 0)); // can be read from the end of the process on
+    const FileDescriptor process(pidfd_open(m_id, 0));
     if (process.get() < 0)
         SystemProblem::throwProblem(errno, fill(Translator::tr("Failed to wait for '%1'"), fromUtf8(m_name)));
-    pollfd ended{process.get(), POLLIN, 0};
+    pollfd ended{process.get(), POLLIN, 0}; // can be read from the end of the process on
     while (poll(&ended, 1, 0) == 0)
     {
         timers.wait(Timer::INTERVAL, process.get());
         Status::getSingleton().checkInterrupt(-1);
     }
+}
+
+void ChildProcess::end()
+{
+    kill(-m_id, SIGTERM);
+    const FileDescriptor process(pidfd_open(m_id, 0));
+    pollfd ended{process.get(), POLLIN, 0};
+    poll(&ended, 1, graceMs);
+    kill(-m_id, SIGKILL); // the number stays taken until the process is reaped
+    reap();
 }
 
 void ChildProcess::checkEnd(int status) const

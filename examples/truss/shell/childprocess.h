@@ -20,11 +20,12 @@ public:
     ChildProcess(const std::vector<std::string>& words, const Redirection& redirection);
 
     /// Waits for its end, with timers going on. A program that ends otherwise than with status 0 is a Problem; when the
-    /// user interrupts, the program is ended too and Interrupted is thrown.
+    /// user interrupts, the program is ended too, with all that it has started, and Interrupted is thrown.
     void wait(Timers& timers);
 
 private:
     void waitForEnd(Timers& timers);
+    void end();
     void checkEnd(int status) const;
     int reap() const;
 
