@@ -20,7 +20,6 @@ namespace truss
 namespace
 {
 constexpr long connectSeconds = 15;
-constexpr long mostSeconds = 120;
 constexpr std::size_t mostReplyBytes = 1 << 20;
 
 /// The library's own state, for the life of the process.
@@ -102,7 +101,6 @@ void setUp(CURL* transfer, const std::string& address, const std::string& body, 
     curl_easy_setopt(transfer, CURLOPT_SSL_VERIFYPEER, 1L);
     curl_easy_setopt(transfer, CURLOPT_SSL_VERIFYHOST, 2L);
     curl_easy_setopt(transfer, CURLOPT_CONNECTTIMEOUT, connectSeconds);
-    curl_easy_setopt(transfer, CURLOPT_TIMEOUT, mostSeconds);
     curl_easy_setopt(transfer, CURLOPT_NOSIGNAL, 1L);
     curl_easy_setopt(transfer, CURLOPT_WRITEFUNCTION, receive);
     curl_easy_setopt(transfer, CURLOPT_WRITEDATA, &conversation);
@@ -124,6 +122,7 @@ std::string HttpPost::send(const std::string& body) const
     const Headers headers = toList(m_headers);
     Conversation conversation;
     setUp(transfer.get(), m_address, body, conversation);
+    curl_easy_setopt(transfer.get(), CURLOPT_TIMEOUT_MS, static_cast<long>(m_limit.count()));
     curl_easy_setopt(transfer.get(), CURLOPT_HTTPHEADER, headers.get());
 
     const CURLcode result = curl_easy_perform(transfer.get());

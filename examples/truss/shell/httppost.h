@@ -2,6 +2,7 @@
 // truss: shell
 #pragma once
 
+#include <chrono>
 #include <string>
 
 namespace truss
@@ -13,14 +14,18 @@ public:
     /// The address in full, with "http://" or "https://".
     explicit HttpPost(const std::string& address) : m_address(address) {}
 
+    /// The time that all of it may take; two minutes unless set.
+    void setLimit(std::chrono::milliseconds limit) { m_limit = limit; }
+
     void addHeader(const std::string& name, const std::string& value);
 
-    /// Sends the bytes and returns the server's reply. A server that cannot be reached or does not accept the request
-    /// is a Problem; an interruption is thrown as Interrupted.
+    /// Sends the bytes and returns the server's reply. A server that cannot be reached, does not accept the request
+    /// or takes too long is a Problem; an interruption is thrown as Interrupted.
     std::string send(const std::string& body) const;
 
 private:
     std::string m_address;
+    std::chrono::milliseconds m_limit = std::chrono::minutes(2);
     std::string m_headers; // each ended by a line feed
 };
 } // namespace truss

@@ -119,6 +119,7 @@ void LinuxPlatform::postForm(const Ztring& where, const Ztring& path, const Ztri
                              const Ztring& headerValue, FormDataPoster& form, Ztring& response)
 {
     HttpPost post(where.toUtf8() + path.toUtf8());
+    post.setLimit(m_postLimit);
     post.addHeader(headerName.toUtf8(), headerValue.toUtf8());
     const std::string reply = post.send(toBytes(form.getBody()));
     response = fromUtf8(reply);

@@ -7,6 +7,8 @@
 
 #include <kel/platform.h>
 
+#include <chrono>
+
 namespace truss
 {
 /// The operating system's services as the library asks for them, and what this application needs besides.
@@ -37,6 +39,8 @@ public:
     /// The distribution and its version, for example "debian-12".
     std::string getReleaseName() override;
 
+    /// The time that posting a form may take; two minutes unless set.
+    void setPostLimit(std::chrono::milliseconds limit) { m_postLimit = limit; }
     /// `where` and `path` together are the address, with its scheme. Each character of the body becomes one byte; one
     /// that is no byte is a Problem, and so is a server that does not accept the form.
     void postForm(const Ztring& where, const Ztring& path, const Ztring& headerName, const Ztring& headerValue,
@@ -45,5 +49,6 @@ public:
 private:
     Redirection m_redirection;
     Timers m_timers;
+    std::chrono::milliseconds m_postLimit = std::chrono::minutes(2);
 };
 } // namespace truss
