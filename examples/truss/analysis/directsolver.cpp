@@ -3,48 +3,51 @@
 #include "truss/analysis/directsolver.h"
 
 #include "truss/analysis/equations.h"
-#include "truss/analysis/mechanism.h"
+#include "truss/analysis/factorization.h"
+
+#include <chrono>
+#include <thread>
+#include <utility>
 
 namespace truss
 {
 namespace
 {
-/// A pivot is what is left of a joint's stiffness when all others give way. Rounding leaves some 1e-15 of it where
-/// nothing should be left; slender but sound structures keep more than this.
-constexpr double smallestPivot = 1e-12;
+constexpr std::chrono::milliseconds waitingStep(20);
 } // namespace
+
+DirectSolver::DirectSolver(const Equations& equations) : m_equations(equations) {}
+
+DirectSolver::~DirectSolver() = default;
 
 bool DirectSolver::step()
 {
-    switch (m_phase)
-    {
-    case Phase::Ordering:
-        m_factors.analyzePattern(m_equations.getMatrix());
-        m_phase = Phase::Factorization;
+    if (m_factorization == nullptr)
+        start();
+    if (m_end.wait_for(waitingStep) != std::future_status::ready)
         return true;
-    case Phase::Factorization:
-        m_factors.factorize(m_equations.getMatrix());
-        checkPivots();
-        m_phase = Phase::Substitution;
-        return true;
-    default:
-        m_unknowns = m_factors.solve(m_equations.getLoads());
-        m_phase = Phase::Done;
-        return false;
-    }
+    finish();
+    return false;
 }
 
 int DirectSolver::getPercent() const
 {
-    return static_cast<int>(m_phase) * 100 / static_cast<int>(Phase::Done);
+    return m_factorization == nullptr ? 0 : 50;
 }
 
-void DirectSolver::checkPivots() const
+void DirectSolver::start()
 {
-    if (m_factors.info() != Eigen::Success)
-        Mechanism(m_equations).throwProblem();
-    const Eigen::VectorXd scales = m_factors.permutationP() * m_equations.getScales();
-    if ((m_factors.vectorD().array() <= smallestPivot * scales.array()).any())
-        Mechanism(m_equations).throwProblem();
+    m_factorization = std::make_shared<Factorization>(m_equations);
+    std::packaged_task<void()> work([shared = m_factorization] { shared->perform(); });
+    m_end = work.get_future();
+    std::thread(std::move(work)).detach();
+}
+
+void DirectSolver::finish()
+{
+    m_end.get(); // throws what the thread has thrown
+    if (m_factorization->getFreeUnknown())
+        m_equations.throwMechanism(*m_factorization->getFreeUnknown());
+    m_unknowns = m_factorization->getUnknowns();
 }
 } // namespace truss

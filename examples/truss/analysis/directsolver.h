@@ -4,36 +4,34 @@
 
 #include "truss/analysis/equationsolver.h"
 
-#include <Eigen/SparseCholesky>
+#include <future>
+#include <memory>
 
 namespace truss
 {
 class Equations;
+class Factorization;
 
-/// Factorizes the stiffness matrix. Exact, finds every mechanism, and the right choice up to some hundred thousand
-/// unknowns; a single factorization cannot be interrupted.
+/// Solves by factorizing the stiffness matrix: exact, and finds every mechanism.
+///
+/// A factorization cannot be stopped halfway. It runs on a thread of its own, a step only waits for it a little, and a
+/// solver that is destroyed before the end leaves it to itself. So an interruption takes effect at once.
 class DirectSolver : public EquationSolver
 {
 public:
     /// The equations outlive the solver.
-    explicit DirectSolver(const Equations& equations) : m_equations(equations) {}
+    explicit DirectSolver(const Equations& equations);
+    ~DirectSolver() override;
 
     bool step() override;
     int getPercent() const override;
 
 private:
-    enum class Phase
-    {
-        Ordering,
-        Factorization,
-        Substitution,
-        Done
-    };
-
-    void checkPivots() const;
+    void start();
+    void finish();
 
     const Equations& m_equations;
-    Phase m_phase = Phase::Ordering;
-    Eigen::SimplicialLDLT<Eigen::SparseMatrix<double>> m_factors;
+    std::shared_ptr<Factorization> m_factorization; // null before the first step; shared with the thread
+    std::future<void> m_end;
 };
 } // namespace truss

@@ -2,6 +2,11 @@
 // truss: analysis
 #include "truss/analysis/equations.h"
 
+#include "truss/model/text.h"
+
+#include <kel/problem.h>
+#include <kel/translator.h>
+
 #include <algorithm>
 
 namespace truss
@@ -76,7 +81,7 @@ void Equations::finish()
     std::vector<Eigen::Triplet<double>>().swap(m_entries);
     m_scales.resize(count);
     for (Eigen::Index i = 0; i < count; ++i)
-        m_scales[i] = m_jointStiffness[getJoint(static_cast<std::size_t>(i))];
+        m_scales[i] = m_jointStiffness[m_jointOf[static_cast<std::size_t>(i)]];
 }
 
 std::vector<Eigen::Vector3d> Equations::expand(const Eigen::VectorXd& unknowns) const
@@ -93,5 +98,11 @@ std::vector<Eigen::Vector3d> Equations::expand(const Eigen::VectorXd& unknowns) 
         }
     }
     return displacements;
+}
+
+void Equations::throwMechanism(Eigen::Index freeUnknown) const
+{
+    const Ztring& name = m_structure.getJoints()[m_jointOf[static_cast<std::size_t>(freeUnknown)]].name;
+    Problem::throwProblem(fill(Translator::tr("The truss is a mechanism: node '%1' moves freely"), name));
 }
 } // namespace truss

@@ -29,18 +29,18 @@ public:
     /// Makes the matrix of what was assembled; called once, after the last member.
     void finish();
 
-    const Structure& getStructure() const { return m_structure; }
     std::size_t size() const { return m_jointOf.size(); } ///< number of unknowns
     const Matrix& getMatrix() const { return m_matrix; }
     const Eigen::VectorXd& getLoads() const { return m_loads; }
 
-    /// The joint that an unknown belongs to.
-    std::size_t getJoint(std::size_t unknown) const { return m_jointOf[unknown]; }
     /// How stiff the joint of each unknown is altogether: the scale on which a pivot counts as zero.
     const Eigen::VectorXd& getScales() const { return m_scales; }
 
     /// The displacements of all joints, zero where they are held.
     std::vector<Eigen::Vector3d> expand(const Eigen::VectorXd& unknowns) const;
+
+    /// Says that the structure is a mechanism and names the joint of an unknown that moves freely.
+    [[noreturn]] void throwMechanism(Eigen::Index freeUnknown) const;
 
 private:
     static constexpr int s_none = -1; ///< in place of a number: held, not an unknown

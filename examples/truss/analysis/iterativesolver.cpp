@@ -3,7 +3,7 @@
 #include "truss/analysis/iterativesolver.h"
 
 #include "truss/analysis/equations.h"
-#include "truss/analysis/mechanism.h"
+#include "truss/analysis/softestmotion.h"
 
 #include <kel/problem.h>
 #include <kel/translator.h>
@@ -15,47 +15,65 @@ namespace truss
 {
 namespace
 {
-constexpr double tolerance = 1e-12;             // of the loads, relative
-constexpr Eigen::Index iterationsPerStep = 200; // each step starts afresh, so not too few
-constexpr Eigen::Index mostIterationsPerUnknown = 20;
+constexpr double tolerance = 1e-12; // of the loads, relative
+constexpr int iterationsPerStep = 10;
+constexpr Eigen::Index mostIterationsPerUnknown = 10;
 } // namespace
-
-IterativeSolver::IterativeSolver(const Equations& equations) : m_equations(equations)
-{
-    m_unknowns = Eigen::VectorXd::Zero(equations.getLoads().size());
-    m_iteration.setTolerance(tolerance);
-    m_iteration.setMaxIterations(iterationsPerStep);
-}
 
 bool IterativeSolver::step()
 {
-    if (!m_prepared)
-    {
-        m_iteration.compute(m_equations.getMatrix());
-        m_prepared = true;
-        return true;
-    }
-    m_unknowns = m_iteration.solveWithGuess(m_equations.getLoads(), m_unknowns);
-    m_iterations += m_iteration.iterations();
-    m_error = m_iteration.error();
-    if (m_iteration.info() == Eigen::Success)
-        return false;
-    if (!std::isfinite(m_error) || m_iterations > mostIterationsPerUnknown * m_unknowns.size())
-        throwNotConverged();
-    return true;
+    if (m_residual.size() == 0)
+        begin();
+    for (int i = 0; i < iterationsPerStep && !hasConverged(); ++i)
+        iterate();
+    checkConverging();
+    return !hasConverged();
 }
 
 int IterativeSolver::getPercent() const
 {
-    // The error falls by about the same factor in each step, so its logarithm shows how far it has come.
-    return static_cast<int>(std::clamp(100 * std::log(m_error) / std::log(tolerance), 0.0, 100.0));
+    if (m_residual.size() == 0)
+        return 0;
+    // The residual falls by about the same factor in each step, so its logarithm shows how far it has come.
+    const double left = m_residual.norm() / m_equations.getLoads().norm();
+    return static_cast<int>(std::clamp(100 * std::log(left) / std::log(tolerance), 0.0, 100.0));
 }
 
-void IterativeSolver::throwNotConverged() const
+void IterativeSolver::begin()
 {
-    const Mechanism mechanism(m_equations);
-    if (mechanism.isFree())
-        mechanism.throwProblem();
+    m_preconditioner.compute(m_equations.getMatrix());
+    m_unknowns = Eigen::VectorXd::Zero(m_equations.getLoads().size());
+    m_residual = m_equations.getLoads();
+    m_direction = m_preconditioner.solve(m_residual);
+    m_energy = m_residual.dot(m_direction);
+}
+
+void IterativeSolver::iterate()
+{
+    const Eigen::VectorXd resistance = m_equations.getMatrix() * m_direction;
+    const double length = m_energy / m_direction.dot(resistance);
+    m_unknowns += length * m_direction;
+    m_residual -= length * resistance;
+
+    const Eigen::VectorXd preconditioned = m_preconditioner.solve(m_residual);
+    const double energy = m_residual.dot(preconditioned);
+    m_direction = preconditioned + energy / m_energy * m_direction;
+    m_energy = energy;
+    ++m_iterations;
+}
+
+bool IterativeSolver::hasConverged() const
+{
+    return m_residual.norm() <= tolerance * m_equations.getLoads().norm();
+}
+
+void IterativeSolver::checkConverging() const
+{
+    if (std::isfinite(m_energy) && m_iterations < mostIterationsPerUnknown * m_unknowns.size() + iterationsPerStep)
+        return;
+    const SoftestMotion motion(m_equations.getMatrix(), m_equations.getScales());
+    if (motion.isFree())
+        m_equations.throwMechanism(motion.getFarthest());
     Problem::throwProblem(Translator::tr("The iterative solver does not converge"));
 }
 } // namespace truss

@@ -10,27 +10,31 @@ namespace truss
 {
 class Equations;
 
-/// Approaches the solution by conjugate gradients, some iterations a step. Needs little memory and can be interrupted
-/// at any time, which makes it the choice for very large structures; but a mechanism that the loads do not set moving
-/// escapes it.
+/// Approaches the solution by preconditioned conjugate gradients, some iterations a step.
+///
+/// Needs little memory, which makes it the choice for very large structures; but a mechanism that the loads do not set
+/// moving escapes it. The iteration is written out here because the one of the linear algebra library cannot pause
+/// without losing its direction.
 class IterativeSolver : public EquationSolver
 {
 public:
     /// The equations outlive the solver.
-    explicit IterativeSolver(const Equations& equations);
+    explicit IterativeSolver(const Equations& equations) : m_equations(equations) {}
 
     bool step() override;
     int getPercent() const override;
 
 private:
-    [[noreturn]] void throwNotConverged() const;
+    void begin();
+    void iterate();
+    bool hasConverged() const;
+    void checkConverging() const;
 
     const Equations& m_equations;
-    Eigen::ConjugateGradient<Eigen::SparseMatrix<double>, Eigen::Lower | Eigen::Upper,
-                             Eigen::IncompleteCholesky<double>>
-        m_iteration;
-    bool m_prepared = false;
+    Eigen::IncompleteCholesky<double> m_preconditioner;
+    Eigen::VectorXd m_residual; // loads that are not balanced yet; empty before the first step
+    Eigen::VectorXd m_direction;
+    double m_energy = 0; // of the residual, as the preconditioner sees it
     Eigen::Index m_iterations = 0;
-    double m_error = 1; // of the loads, relative
 };
 } // namespace truss
