@@ -16,8 +16,11 @@
 #include <bit>
 #include <cstdint>
 #include <functional>
+#include <initializer_list>
 #include <iomanip>
 #include <limits>
+#include <memory>
+#include <new>
 #include <random>
 #include <sstream>
 #include <string>
@@ -229,6 +232,45 @@ TEST_F(WriterTest, WritesTheBytesOfFormattedOutputNextToPowersOfTen)
     }
 }
 
+TEST_F(WriterTest, WritesTheBytesOfFormattedOutputAtEveryPrecisionNextToPowersOfTen)
+{
+    for (int precision = 0; precision <= 17; ++precision)
+    {
+        m_out.precision(precision);
+        for (int exponent = -14; exponent <= 19; ++exponent)
+        {
+            const double power = std::stod("1e" + std::to_string(exponent));
+            for (const double number : {std::nextafter(power, 0), power, -power, std::nextafter(power, 1e300)})
+            {
+                ASSERT_EQ(toText(number), format(m_out, number)) << std::hexfloat << number << " at " << precision;
+            }
+        }
+    }
+}
+
+TEST(Writer, WritesTheSameBytesWhereverTheBufferIsFull)
+{
+    Ztring text;
+    text.fromUtf8("a\xc3\xa9\xe2\x82\xac\xf0\x9f\x98\x80");
+    const auto writeAll = [&text](std::ostream& out)
+    {
+        Writer writer(out, "Test", false);
+        Node node;
+        for (int i = 0; i < 40; ++i)
+            writer.write(1e10 / (i + 1)).write(i).write(text).write(3, "abc").writeHex(static_cast<unsigned>(i));
+        writer.writeObj(&node);
+    };
+    std::ostringstream whole;
+    writeAll(whole);
+    for (std::size_t size = 1; size < 200; ++size)
+    {
+        SmallBuffer buffer(size);
+        std::ostream out(&buffer);
+        writeAll(out);
+        ASSERT_EQ(buffer.getBytes(), whole.str()) << size;
+    }
+}
+
 TEST_F(WriterTest, FollowsTheSettingsOfTheStream)
 {
     using Change = void (*)(std::ostream&);
@@ -395,6 +437,38 @@ TEST_F(WriterTest, WritesTextAsCountedUtf8)
     EXPECT_EQ(take(), "3 abc 0  7 a \xe2\x82\xac\nb ");
 }
 
+TEST_F(WriterTest, WritesTextOfAllLengthsOfUtf8)
+{
+    take();
+    for (const char* const utf8 : {"\x7f", "\xc2\x80", "\xdf\xbf", "\xe0\xa0\x80", "\xed\x9f\xbf", "\xee\x80\x80",
+                                   "\xef\xbf\xbf", "\xf0\x90\x80\x80", "\xf4\x8f\xbf\xbf"})
+    {
+        Ztring text;
+        text.fromUtf8(utf8);
+        ASSERT_EQ(text.length(), 1u);
+        m_writer.write(text);
+        EXPECT_EQ(take(), std::to_string(std::string(utf8).size()) + " " + utf8 + " ");
+    }
+}
+
+TEST_F(WriterTest, LeavesCodesThatAreNoCharactersToTheConversionOfTexts)
+{
+    take();
+    for (const wchar_t character : {wchar_t(0xD800), wchar_t(0xDFFF), wchar_t(0x110000), wchar_t(-1)})
+    {
+        const Ztring text(wxString(std::wstring(1, character)));
+        m_writer.write(text);
+        EXPECT_EQ(take(), std::to_string(text.toUtf8().size()) + " " + text.toUtf8() + " ");
+    }
+}
+
+TEST_F(WriterTest, WritesZeroCharacters)
+{
+    take();
+    m_writer.write(Ztring(std::string("a\0b", 3)));
+    EXPECT_EQ(take(), std::string("3 a\0b ", 6));
+}
+
 TEST_F(WriterTest, WritesBlocksUnchanged)
 {
     take();
@@ -539,6 +613,50 @@ TEST_F(WriterTest, WriteCreatorNamesAClassOnce)
     m_writer.writeCreator(&node);
     m_writer.writeCreator(&node);
     EXPECT_EQ(take(), "0 4 Node 1 ");
+}
+
+TEST_F(WriterTest, ObjectsAnywhereInMemoryHaveTheirNumbers)
+{
+    // Objects at the same distance from each other as pages, blocks and whatever an allocator may like.
+    for (const std::size_t distance : {std::size_t(512), std::size_t(4096), std::size_t(1) << 20})
+    {
+        static_assert(sizeof(Node) <= 512);
+        constexpr std::size_t count = 150;
+        const auto memory = std::make_unique_for_overwrite<char[]>(count * distance + sizeof(Node));
+        std::vector<Node*> nodes;
+        for (std::size_t i = 0; i < count; ++i)
+            nodes.push_back(new (memory.get() + i * distance) Node());
+        std::ostringstream out;
+        Writer writer(out, "Test", false);
+        for (int times = 0; times < 2; ++times)
+        {
+            for (std::size_t i = 0; i < count; ++i)
+                ASSERT_EQ(writer.getId(static_cast<Serializable*>(nodes[i])), i + 1);
+        }
+        for (Node* node : nodes)
+            node->~Node();
+    }
+}
+
+TEST_F(WriterTest, MembersOfManyClassesAreWrittenWhenTheyAreSerializable)
+{
+    take();
+    Document document;
+    BulletinBoard board;
+    NodeList list;
+    Scripted scripted;
+    Node node;
+    Bulletin plain;
+    OrderedBulletins members{BulletinKey()};
+    for (int i = 0; i < 3; ++i)
+    {
+        for (Bulletin* member : std::initializer_list<Bulletin*>{&document, &board, &list, &scripted, &node, &plain})
+            members.append(member);
+    }
+    Writing root([&members](Writer& writer) { writer.writeBulletins(members); });
+    m_writer.writeObj(&root);
+    EXPECT_EQ(take(), "0 8 Scripted 12 2 3 4 5 2 3 4 5 2 3 4 5 \n"
+                      "0 8 Document 0 \n0 8 NodeList 0 \n1 \n0 4 Node 0  0 0 0 0 0  0 0 \n");
 }
 
 TEST_F(WriterTest, ObjectWithoutACreatorFails)

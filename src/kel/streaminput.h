@@ -45,8 +45,8 @@ bool isPeculiar(const char* begin)
 }
 
 /// Whether the standard conversion could take the character where std::from_chars has ended.
-template <class T>
-bool canGoOn(char next, int base)
+template <class T, int base>
+bool canGoOn(char next)
 {
     if constexpr (std::is_floating_point_v<T>)
         return next == '.' || next == 'e' || next == 'E';
@@ -54,19 +54,54 @@ bool canGoOn(char next, int base)
         return base == 16 && (next == 'x' || next == 'X');
 }
 
-template <class T>
-std::from_chars_result convert(const char* begin, const char* end, T& value, int base)
+/// The value of a digit; more than any base for all else.
+inline unsigned getDigit(char c)
 {
+    const auto digit = static_cast<unsigned>(c - '0');
+    const auto letter = static_cast<unsigned>((c | 0x20) - 'a');
+    return digit < 10 ? digit : letter < 6 ? letter + 10 : 255;
+}
+
+/// Ends where std::from_chars would, or null: the number is not one of a few digits that end in the range. Such
+/// numbers, ids and lengths, are most of a stream, and no type of 32 bits is too small for them.
+template <class T, int base>
+const char* convertShort(const char* begin, const char* end, T& value)
+{
+    constexpr std::ptrdiff_t longest = 7;
+    const char* const limit = begin + std::min(end - begin, longest + 1);
+    T number = 0;
+    const char* next = begin;
+    for (unsigned digit = 0; next != limit && (digit = getDigit(*next)) < base; ++next)
+        number = number * base + static_cast<T>(digit);
+    if (next == begin || next == limit)
+        return nullptr;
+    value = number;
+    return next;
+}
+
+/// Ends where std::from_chars does, or null where that fails.
+template <class T, int base>
+const char* convert(const char* begin, const char* end, T& value)
+{
+    std::from_chars_result result;
     if constexpr (std::is_floating_point_v<T>)
-        return std::from_chars(begin, end, value);
+        result = std::from_chars(begin, end, value);
     else
-        return std::from_chars(begin, end, value, base);
+    {
+        if constexpr (sizeof(T) >= 4)
+        {
+            if (const char* const next = convertShort<T, base>(begin, end, value))
+                return next;
+        }
+        result = std::from_chars(begin, end, value, base);
+    }
+    return result.ec == std::errc() ? result.ptr : nullptr;
 }
 
 /// Takes a number out of what the buffer of a plain stream has ready; false, and nothing is changed, when that cannot
 /// be done.
-template <class T>
-bool takeReady(std::istream& in, T& value, int base)
+template <class T, int base = 10>
+bool takeReady(std::istream& in, T& value)
 {
     std::streambuf& buffer = *in.rdbuf();
     const char* const end = BufferArea::getEnd(buffer);
@@ -74,8 +109,8 @@ bool takeReady(std::istream& in, T& value, int base)
     if (end - begin < 2 || isPeculiar<T>(begin))
         return false;
     T converted{};
-    const auto [next, error] = convert(begin, end, converted, base);
-    if (error != std::errc() || next == end || canGoOn<T>(*next, base))
+    const char* const next = convert<T, base>(begin, end, converted);
+    if (!next || next == end || canGoOn<T, base>(*next))
         return false;
     value = converted;
     BufferArea::takeTo(buffer, next);
@@ -93,7 +128,7 @@ inline constexpr bool isCode =
 template <class T>
 requires(!isCode<T>) void extract(std::istream& in, T& value)
 {
-    if (!isPlain(in) || !takeReady(in, value, 10))
+    if (!isPlain(in) || !takeReady(in, value))
         in >> value;
 }
 
@@ -121,7 +156,7 @@ void extract(std::istream& in, T& value)
 template <class T>
 void extractHex(std::istream& in, T& value)
 {
-    if (!isPlain(in) || !takeReady(in, value, 16))
+    if (!isPlain(in) || !takeReady<T, 16>(in, value))
         in >> std::hex >> value >> std::dec;
 }
 

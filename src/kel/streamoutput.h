@@ -10,7 +10,9 @@
 
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <ostream>
+#include <string>
 #include <type_traits>
 
 /// Output of numbers and bytes past the formatting of std::ostream, which would take most of the time of a save.
@@ -116,6 +118,64 @@ inline void putCounted(std::ostream& out, const char* bytes, unsigned length, ch
     std::copy_n(bytes, length, end);
     end[length] = separator;
     BufferArea::putTo(*out.rdbuf(), end + length + 1);
+}
+
+/// The length of a text in UTF-8, or no length where a code is no character.
+inline bool getUtf8Length(const std::wstring& text, std::size_t& length)
+{
+    length = 0;
+    for (const wchar_t character : text)
+    {
+        const auto code = static_cast<std::uint32_t>(character);
+        if (code > 0x10FFFF || (code >= 0xD800 && code <= 0xDFFF))
+            return false;
+        length += 1u + (code > 0x7F) + (code > 0x7FF) + (code > 0xFFFF);
+    }
+    return true;
+}
+
+inline char* putUtf8(char* out, std::uint32_t code)
+{
+    const auto putRest = [&out, code](unsigned shift) { *out++ = static_cast<char>(0x80 | ((code >> shift) & 0x3F)); };
+    if (code <= 0x7F)
+    {
+        *out++ = static_cast<char>(code);
+        return out;
+    }
+    if (code <= 0x7FF)
+        *out++ = static_cast<char>(0xC0 | code >> 6);
+    else if (code <= 0xFFFF)
+    {
+        *out++ = static_cast<char>(0xE0 | code >> 12);
+        putRest(6);
+    }
+    else
+    {
+        *out++ = static_cast<char>(0xF0 | code >> 18);
+        putRest(12);
+        putRest(6);
+    }
+    putRest(0);
+    return out;
+}
+
+/// Writes the length of a text in UTF-8 and the text, each with a separator; false, and nothing is written, when there
+/// is no room for it or a code is no character.
+inline bool putText(std::ostream& out, const std::wstring& text, char separator)
+{
+    std::size_t length = 0;
+    if (!getUtf8Length(text, length))
+        return false;
+    char* const room = findRoom(out, numberRoom + length);
+    if (!room)
+        return false;
+    char* end = format(room, length, out);
+    *end++ = separator;
+    for (const wchar_t character : text)
+        end = putUtf8(end, static_cast<std::uint32_t>(character));
+    *end++ = separator;
+    BufferArea::putTo(*out.rdbuf(), end);
+    return true;
 }
 
 /// Writes a number in hexadecimal and the separator. The stream is in decimal afterwards.

@@ -84,6 +84,8 @@ requires(std::is_arithmetic_v<T> || std::is_same_v<T, Ztring>) Writer& Writer::w
 {
     if constexpr (std::is_same_v<T, Ztring>)
     {
+        if (StreamOutput::putText(m_out, value.wx().ToStdWstring(), s_separator))
+            return *this;
         const std::string utf8 = value.toUtf8();
         write(static_cast<unsigned>(utf8.size()), utf8.data());
     }

@@ -44,6 +44,28 @@ private:
     bool m_isThrowing;
 };
 
+/// Collects its bytes in an area of so many, which fills up now and then.
+class SmallBuffer : public std::streambuf
+{
+public:
+    explicit SmallBuffer(std::size_t size) : m_area(size, '\0') { setp(m_area.data(), m_area.data() + size); }
+
+    /// What was put so far.
+    std::string getBytes() const { return m_bytes + std::string(pbase(), pptr()); }
+
+protected:
+    int_type overflow(int_type c) override
+    {
+        m_bytes.append(pbase(), pptr());
+        setp(m_area.data(), m_area.data() + m_area.size());
+        return sputc(traits_type::to_char_type(c));
+    }
+
+private:
+    std::string m_area;
+    std::string m_bytes;
+};
+
 /// Gives its bytes in pieces of one, and then ends or throws.
 class DrippingBuffer : public std::streambuf
 {
