@@ -395,7 +395,8 @@ TEST_F(ReaderTest, NumbersAfterAReferenceAreDecimal)
 TEST_F(ReaderTest, FixingNullLeavesNull)
 {
     Bulletin* slot = nullptr;
-    EXPECT_EQ(&open("").fix(slot), &*m_reader);
+    Reader& reader = open("");
+    EXPECT_EQ(&reader.fix(slot), &reader);
     EXPECT_EQ(slot, nullptr);
 }
 

@@ -76,14 +76,14 @@ TEST_F(SerializableCreatorsTest, RemoveDeletesAndUnregistersInOrder)
 {
     add("C");
     add("A");
-    add("B");
+    const Mortal kept("B", deleted);
     Array<std::string> names;
     names.push_back("C");
     names.push_back("A");
     registry().remove(names);
     EXPECT_EQ(deleted, (std::vector<std::string>{"C", "A"}));
     EXPECT_EQ(registry().getCreator("C"), nullptr);
-    EXPECT_NE(registry().getCreator("B"), nullptr);
+    EXPECT_EQ(registry().getCreator("B"), &kept);
 }
 
 TEST_F(SerializableCreatorsTest, RemoveEndsTheActiveRollback)
