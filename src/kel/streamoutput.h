@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <charconv>
-
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
