@@ -2,6 +2,7 @@
 // What the example application does with the operating system.
 #include <truss/shell/linuxplatform.h>
 
+#include <truss/document/replacement.h>
 #include <truss/shell/commandline.h>
 
 #include <support/installed.h>
@@ -15,6 +16,9 @@
 #include <kel/timer.h>
 
 #include <gmock/gmock.h>
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace
 {
@@ -153,6 +157,82 @@ TEST_F(LinuxPlatform, DeletesAndMovesFiles)
     EXPECT_PROBLEM(platform->deleteFile(file("c"), false),
                    "Failed to delete file: '" + directory / "c" + "'\nDirectory not empty");
     platform->deleteFile(file("c"), true);
+}
+
+TEST_F(LinuxPlatform, AMovedFileTakesOverTheModeOfTheOneItReplaces)
+{
+    directory.write("a", "new");
+    directory.write("b", "old");
+    const auto mode = std::filesystem::perms(0751);
+    std::filesystem::permissions(directory / "b", mode);
+    platform->moveFile(file("a"), file("b"), false);
+    EXPECT_EQ(directory.read("b"), "new");
+    EXPECT_EQ(std::filesystem::status(directory / "b").permissions(), mode);
+}
+
+TEST_F(LinuxPlatform, AMovedFileTakesOverTheOwnerAsFarAsTheUserMayGiveItAway)
+{
+    if (geteuid() != 0)
+        GTEST_SKIP() << "only the superuser can make a file of somebody else";
+    const auto replaceFor = [this](uid_t user)
+    {
+        directory.write("a", "new");
+        directory.write("b", "old");
+        EXPECT_EQ(chown((directory / "b").c_str(), 4711, 4712), 0);
+        EXPECT_EQ(chown((directory / "a").c_str(), user, 0), 0);
+        std::filesystem::permissions(directory / "b", std::filesystem::perms(0664));
+        std::filesystem::permissions(directory.getPath(), std::filesystem::perms(0777));
+        EXPECT_EQ(seteuid(user), 0);
+        platform->moveFile(file("a"), file("b"), false);
+        EXPECT_EQ(seteuid(0), 0);
+        struct stat now
+        {
+        };
+        EXPECT_EQ(stat((directory / "b").c_str(), &now), 0);
+        return std::vector<unsigned>{now.st_uid, now.st_gid, now.st_mode & 0777};
+    };
+    EXPECT_THAT(replaceFor(0), ElementsAre(4711, 4712, 0664));
+    EXPECT_THAT(replaceFor(65534), ElementsAre(65534, 0, 0604)) << "another group does not get what the old one had";
+}
+
+TEST_F(LinuxPlatform, NothingButAFileIsReplaced)
+{
+    directory.write("a", "new");
+    ASSERT_EQ(mkfifo((directory / "pipe").c_str(), 0600), 0);
+    std::filesystem::create_directory(directory / "folder");
+    const std::string failed = "Failed to move file: '" + directory / "a" + "'\n";
+    EXPECT_PROBLEM(platform->moveFile(file("a"), file("pipe"), false), failed + "Operation not supported");
+    EXPECT_PROBLEM(platform->moveFile(file("a"), file("folder"), false), failed + "Is a directory");
+    EXPECT_TRUE(std::filesystem::is_fifo(directory / "pipe"));
+    EXPECT_EQ(directory.read("a"), "new");
+}
+
+TEST_F(LinuxPlatform, AReplacementLeavesTheOldFileToTheMove)
+{
+    directory.write("a", "new");
+    directory.write("b", "old");
+    {
+        const truss::Replacement replacement(file("b"));
+        platform->deleteFile(file("b"), false);
+        EXPECT_EQ(directory.read("b"), "old");
+        platform->moveFile(file("a"), file("b"), false);
+        EXPECT_EQ(directory.read("b"), "new");
+        directory.write("c", "");
+        platform->deleteFile(file("c"), false);
+        EXPECT_FALSE(directory.has("c")) << "only the file that is replaced stays";
+    }
+    platform->deleteFile(file("b"), false);
+    EXPECT_FALSE(directory.has("b")) << "afterwards a deletion is one again";
+}
+
+TEST_F(LinuxPlatform, AReplacementThatFailsDeletesTheNewFile)
+{
+    directory.write("a", "new");
+    std::filesystem::create_directory(directory / "b");
+    const truss::Replacement replacement(file("b"));
+    EXPECT_PROBLEM(platform->moveFile(file("a"), file("b"), false),
+                   "Failed to move file: '" + directory / "a" + "'\nIs a directory");
+    EXPECT_FALSE(directory.has("a"));
 }
 
 TEST_F(LinuxPlatform, NamesTheSystem)

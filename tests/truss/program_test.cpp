@@ -61,6 +61,53 @@ TEST_F(Program, SavesOpensAndSavesTheSameBytesButForTheFirstLine)
     EXPECT_NE(directory.read("a.truss").find("Truss Copyright (c) Pinjoint "), std::string::npos);
 }
 
+TEST_F(Program, OffersWhatASaveThatDidNotEndHasLeft)
+{
+    run("-import=" + data + "/tenbar.csv -save=a.truss");
+    run("a.truss -script=" + data + "/edits.txt -save=b.truss");
+    const std::string old = directory.read("a.truss");
+    const std::string left = directory.read("b.truss");
+
+    directory.write("a.truss.tmp", left.substr(0, left.size() / 2));
+    EXPECT_EQ(run("a.truss -solve").err,
+              "A save of 'a.truss' did not end. It left 'a.truss.tmp', which is not whole\n");
+    EXPECT_EQ(run("-recover=a.truss").err, "Failed to read file: 'a.truss.tmp': Premature end of file\n");
+    EXPECT_EQ(directory.read("a.truss"), old);
+
+    directory.write("a.truss.tmp", left);
+    const Outcome opened = run("a.truss -solve");
+    EXPECT_EQ(opened.status, 0);
+    EXPECT_EQ(opened.err, "A save of 'a.truss' did not end. It left a whole document, 'a.truss.tmp', which "
+                          "the option -recover takes\n");
+    EXPECT_EQ(directory.read("a.truss"), old);
+    const Outcome recovered = run("-recover=a.truss -save=c.truss");
+    EXPECT_EQ(recovered.err, "");
+    EXPECT_EQ(directory.read("a.truss"), left);
+    EXPECT_FALSE(directory.has("a.truss.tmp"));
+    EXPECT_EQ(afterFirstLine(directory.read("c.truss")), afterFirstLine(left));
+    EXPECT_EQ(run("b.truss -recover=a.truss").err, "Only one document can be opened, not also 'b.truss'\n");
+}
+
+TEST_F(Program, SavesWhereASymbolicLinkLeads)
+{
+    std::filesystem::create_directory(directory / "folder");
+    run("-import=" + data + "/tenbar.csv -save=folder/a.truss");
+    std::filesystem::create_symlink("folder/a.truss", directory / "link.truss");
+    EXPECT_EQ(run("link.truss -script=" + data + "/edits.txt -save=link.truss").err, "");
+    EXPECT_TRUE(std::filesystem::is_symlink(directory / "link.truss"));
+    EXPECT_FALSE(directory.has("link.truss.tmp"));
+    EXPECT_EQ(run("folder/a.truss -save=b.truss").status, 0);
+    EXPECT_EQ(afterFirstLine(directory.read("b.truss")), afterFirstLine(directory.read("folder/a.truss")));
+}
+
+TEST_F(Program, ALinkThatLeadsNowhereIsReplaced)
+{
+    std::filesystem::create_symlink("missing/a.truss", directory / "link.truss");
+    EXPECT_EQ(run("-import=" + data + "/tenbar.csv -save=link.truss").err, "");
+    EXPECT_TRUE(std::filesystem::is_regular_file(directory / "link.truss"));
+    EXPECT_FALSE(std::filesystem::is_symlink(directory / "link.truss"));
+}
+
 TEST_F(Program, DrawsThePlainAndTheSolvedTruss)
 {
     EXPECT_EQ(run("-import=" + data + "/tenbar.csv -save=a.truss -picture=plain.svg").status, 0);

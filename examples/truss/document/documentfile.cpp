@@ -2,18 +2,24 @@
 // truss: document
 #include "truss/document/documentfile.h"
 
+#include "truss/document/replacement.h"
 #include "truss/model/model.h"
 #include "truss/model/openingguard.h"
+#include "truss/model/text.h"
 
 #include <kel/file_kel.h>
 #include <kel/filereader.h>
 #include <kel/filewriter.h>
 #include <kel/interrupted.h>
 #include <kel/reader.h>
+#include <kel/translator.h>
 #include <kel/writer.h>
 
+#include <filesystem>
+#include <istream>
 #include <limits>
 #include <ostream>
+#include <system_error>
 
 namespace truss
 {
@@ -22,7 +28,12 @@ try
 {
     OpeningGuard guard;
     FileReader fileReader;
-    return guard.release(fileReader.open(file, true)->perform());
+    Reader* const reader = fileReader.open(file, true);
+    Serializable* const root = reader->perform();
+    // The reader takes for the end whatever it cannot read on from, be it a failing disk.
+    if (!reader->getIn().eof() || reader->getIn().bad())
+        Problem::throwProblem(Translator::tr("The file cannot be read to its end"));
+    return guard.release(root); // refuses a file that holds another number of objects than the model counted
 }
 catch (Interrupted&)
 {
@@ -36,15 +47,32 @@ catch (Problem& problem)
 
 void DocumentFile::save(Model& model, const Kel::File& file)
 {
+    const Kel::File target = followLink(file);
+    const std::filesystem::path path(target.getPath().toUtf8());
+    std::error_code error;
+    if (std::filesystem::exists(path, error) && !std::filesystem::is_regular_file(path, error))
+        target.throwWritingCorrupt(); // a folder or a device
+
     FileWriter fileWriter;
-    Writer* const writer = fileWriter.open(file, true);
+    Writer* const writer = fileWriter.open(target, true);
     std::ostream& out = writer->getOut();
     out.precision(std::numeric_limits<double>::max_digits10); // so that every number reads back exactly
     writer->writeObj(&model);
     // The library replaces the old file without a look at the stream, so a full disk has to be noticed here.
     out.flush();
     if (!out)
-        file.throwWritingCorrupt();
+        target.throwWritingCorrupt();
+    const Replacement replacement(target); // from here on the platform replaces where it is asked to delete and move
     fileWriter.close();
+}
+
+Kel::File DocumentFile::followLink(const Kel::File& file)
+{
+    const std::filesystem::path path(file.getPath().toUtf8());
+    std::error_code error;
+    if (!std::filesystem::is_symlink(path, error))
+        return file;
+    const Ztring end = fromUtf8(std::filesystem::canonical(path, error).string());
+    return end.empty() ? file : Kel::File(end); // a link that leads nowhere is replaced itself
 }
 } // namespace truss

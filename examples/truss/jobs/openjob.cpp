@@ -4,6 +4,7 @@
 
 #include "truss/document/document.h"
 #include "truss/document/documentfile.h"
+#include "truss/document/leftover.h"
 #include "truss/model/model.h"
 
 #include <kel/translator.h>
@@ -19,6 +20,7 @@ OpenJob::OpenJob(Document& document, const Kel::File& file)
 
 bool OpenJob::step()
 {
+    Leftover(m_file).report(); // first: the document itself may be missing
     m_document.replace(DocumentFile::open(m_file));
     return false;
 }

@@ -10,7 +10,8 @@ namespace truss
 {
 class Document;
 
-/// Opens a saved model in place of the present one, which stays unless all of the file was read.
+/// Opens a saved model in place of the present one, which stays unless all of the file was read. Tells the user what a
+/// save that did not end has left beside it.
 class OpenJob : public Job
 {
 public:

@@ -7,6 +7,7 @@
 #include "truss/jobs/jobqueue.h"
 #include "truss/jobs/openjob.h"
 #include "truss/jobs/picturejob.h"
+#include "truss/jobs/recoverjob.h"
 #include "truss/jobs/reportjob.h"
 #include "truss/jobs/resultsjob.h"
 #include "truss/jobs/savejob.h"
@@ -95,6 +96,8 @@ void Application::addInput(const Options& options, JobQueue& jobs)
 {
     if (options.document)
         jobs.add(std::make_unique<OpenJob>(m_document, *options.document));
+    if (options.recover)
+        jobs.add(std::make_unique<RecoverJob>(m_document, *options.recover));
     if (options.import)
         jobs.add(std::make_unique<ImportJob>(m_document, *options.import));
     if (options.script)

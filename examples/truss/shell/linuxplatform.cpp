@@ -2,9 +2,11 @@
 // truss: shell
 #include "truss/shell/linuxplatform.h"
 
+#include "truss/document/replacement.h"
 #include "truss/model/text.h"
 #include "truss/shell/childprocess.h"
 #include "truss/shell/commandline.h"
+#include "truss/shell/durablemove.h"
 #include "truss/shell/httppost.h"
 #include "truss/shell/systemproblem.h"
 
@@ -27,17 +29,6 @@ namespace truss
 {
 namespace
 {
-std::filesystem::path toPath(const Kel::File& file)
-{
-    return file.getPath().toUtf8();
-}
-
-void report(const std::error_code& error, bool quiet, const Ztring& message)
-{
-    if (error && !quiet)
-        SystemProblem::throwProblem(error.value(), message);
-}
-
 /// The value of a name in the description that every distribution has (os-release(5)); empty when it is not there.
 std::string readRelease(const std::string& name)
 {
@@ -84,16 +75,25 @@ void LinuxPlatform::execute(const Ztring& commandLine, bool wait, bool shell)
 
 void LinuxPlatform::deleteFile(const Kel::File& file, bool quiet)
 {
+    if (Replacement::isOf(file))
+        return; // there would be no file until the move
     std::error_code error;
-    std::filesystem::remove(toPath(file), error);
-    report(error, quiet, fill(Translator::tr("Failed to delete file: '%1'"), file.getPath()));
+    std::filesystem::remove(file.getPath().toUtf8(), error);
+    if (error && !quiet)
+        SystemProblem::throwProblem(error.value(), fill(Translator::tr("Failed to delete file: '%1'"), file.getPath()));
 }
 
 void LinuxPlatform::moveFile(const Kel::File& from, const Kel::File& to, bool quiet)
+try
 {
-    std::error_code error;
-    std::filesystem::rename(toPath(from), toPath(to), error);
-    report(error, quiet, fill(Translator::tr("Failed to move file: '%1'"), from.getPath()));
+    DurableMove::perform(from, to);
+}
+catch (...)
+{
+    if (Replacement::isOf(to))
+        deleteFile(from, true);
+    if (!quiet)
+        throw;
 }
 
 void LinuxPlatform::startTimer(Task* task, unsigned int intervalMs)

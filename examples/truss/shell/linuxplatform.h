@@ -24,9 +24,10 @@ public:
     /// The standard streams of the next program that is started.
     void redirectNext(const Redirection& redirection) { m_redirection = redirection; }
 
-    /// Quietly: a file that cannot be deleted is no Problem then.
+    /// Quietly: a file that cannot be deleted is no Problem then. The old file of a Replacement is left to moveFile.
     void deleteFile(const Kel::File& file, bool quiet) override;
-    /// Replaces `to` if it exists.
+    /// Replaces `to`, if it exists, in one step, as DurableMove does. When that fails in a Replacement, `from` is
+    /// deleted, since the old file is still there.
     void moveFile(const Kel::File& from, const Kel::File& to, bool quiet) override;
 
     /// Takes ownership of the task, which is run until its repeat() says no.

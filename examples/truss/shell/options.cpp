@@ -14,6 +14,7 @@ namespace
 {
 void addHelp(Args& args)
 {
+    args.addHelp(Translator::tr("[-recover=<file>] put in its place and open what a save that did not end has left"));
     args.addHelp(Translator::tr("[-import=<file>] add a model from CSV"));
     args.addHelp(Translator::tr("[-script=<file>] run a script of edits"));
     args.addHelp(Translator::tr("[-check-mesh=<program>] pipe the model as CSV through a program and show its errors"));
@@ -61,6 +62,11 @@ Options::File takeFile(Args& args, const std::string& name)
     return Kel::File(path.empty() ? Ztring(*bytes) : path);
 }
 
+[[noreturn]] void refuseSecondDocument(const Ztring& path)
+{
+    Problem::throwProblem(fill(Translator::tr("Only one document can be opened, not also '%1'"), path));
+}
+
 Options::File takeDocument(const Args& args)
 {
     Array<Ztring> words;
@@ -68,7 +74,7 @@ Options::File takeDocument(const Args& args)
     if (words.empty())
         return std::nullopt;
     if (words.size() > 1)
-        Problem::throwProblem(fill(Translator::tr("Only one document can be opened, not also '%1'"), words[1]));
+        refuseSecondDocument(words[1]);
     return Kel::File(words[0]);
 }
 
@@ -92,6 +98,7 @@ Options Options::parse(Args& args)
     addHelp(args);
     Options options;
     options.help = args.has("-help");
+    options.recover = takeFile(args, "-recover");
     options.import = takeFile(args, "-import");
     options.script = takeFile(args, "-script");
     options.checkMesh = takeText(args, "-check-mesh");
@@ -111,6 +118,8 @@ Options Options::parse(Args& args)
     options.diagnostics = takeFlag(args, "-diagnostics");
     args.checkHelpUnrecognized();
     options.document = takeDocument(args);
+    if (options.document && options.recover)
+        refuseSecondDocument(options.document->getPath());
     checkCombination(options);
     return options;
 }

@@ -18,6 +18,7 @@ struct Options
     using Text = std::optional<std::string>; ///< in UTF-8
 
     File document;
+    File recover;
     File import;
     File script;
     Text checkMesh;

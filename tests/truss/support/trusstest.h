@@ -31,8 +31,9 @@
 #include <string>
 #include <vector>
 
-/// A document with verbs to fill, edit and look at it.
-class TrussTest : public testing::Test
+/// A document with verbs to fill, edit and look at it, on a platform of that class.
+template <class Platform>
+class TrussTestOn : public testing::Test
 {
 protected:
     /// Imports the lines, which have to be right.
@@ -79,8 +80,10 @@ protected:
     std::vector<std::pair<unsigned, Bulletin*>> entries() { return {model().begin(), model().end()}; }
 
     TestStatus status;
-    Installed<TestPlatform> platform;
+    Installed<Platform> platform;
     Installed<TestLog> log;
     TemporaryDirectory directory;
     truss::Document document;
 };
+
+using TrussTest = TrussTestOn<TestPlatform>;

@@ -1,0 +1,259 @@
+// SPDX-License-Identifier: MIT
+// Saving and opening while the disk fails: real limits of the system first, then a fault at every single call.
+#include <truss/support/faultydisk.h>
+#include <truss/support/savingtest.h>
+
+#include <sys/resource.h>
+
+#include <csignal>
+#include <cstring>
+#include <iostream>
+
+namespace
+{
+using Fault = FaultyDisk::Fault;
+
+/// While it lives, a resource of the process is limited.
+class Limit
+{
+public:
+    Limit(__rlimit_resource resource, rlim_t limit) : m_resource(resource)
+    {
+        std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(m_resource, &m_before);
+        const rlimit now{limit, m_before.rlim_max};
+        setrlimit(m_resource, &now);
+    }
+    Limit(const Limit&) = delete;
+    Limit& operator=(const Limit&) = delete;
+    ~Limit() { setrlimit(m_resource, &m_before); }
+
+private:
+    __rlimit_resource m_resource;
+    rlimit m_before{};
+};
+
+class DiskFaults : public SavingTest
+{
+protected:
+    void SetUp() override
+    {
+        prepare(400);
+        restore();
+    }
+
+    bool hasTemporary() const
+    {
+        return std::filesystem::is_symlink(directory / "a.truss.tmp") || directory.has("a.truss.tmp");
+    }
+
+    void expectOldFileAlone()
+    {
+        EXPECT_TRUE(isOld());
+        EXPECT_FALSE(hasTemporary());
+    }
+
+    /// The failure that a call is to lead to when it cannot be done; empty for none.
+    std::string expectMessage(const FaultyDisk::Call& call, int error) const
+    {
+        const std::string temporary = directory / "a.truss.tmp";
+        const bool isOfTemporary = call.path == temporary;
+        if (call.name == "fopen")
+            return isOfTemporary && call.changesDisk ? failedToOpen() : "";
+        if (call.name == "write")
+            return failedToSave();
+        if (call.name == "fsync" && !isOfTemporary)
+            return error == EINVAL
+                       ? ""
+                       : "File '" + directory / "a.truss" + "' is in its place, but may not survive a loss of power\n" +
+                             std::strerror(error);
+        const bool isHarmless =
+            call.name == "close" || call.name == "fclose" || call.name == "fchown" || call.name == "remove";
+        return isHarmless ? "" : failedToMove(std::strerror(error));
+    }
+
+    std::string expectMessage(const FaultyDisk& disk, int error) const
+    {
+        for (const FaultyDisk::Call& call : disk.getCalls())
+        {
+            const std::string message = call.struck && error != 0 ? expectMessage(call, error) : "";
+            if (!message.empty())
+                return message;
+        }
+        return "";
+    }
+
+    /// Saves with the fault in force and looks what became of the files. @return whether the fault was met.
+    bool trySaveWith(const FaultyDisk::Plan& plan)
+    {
+        SCOPED_TRACE(testing::Message() << "call " << plan.number << (plan.onwards ? " and all after it" : "") << ": "
+                                        << std::strerror(plan.error));
+        restore();
+        std::vector<FaultyDisk::Call> calls;
+        std::string message;
+        std::string expected;
+        {
+            const FaultyDisk disk(directory.getPath(), plan);
+            message = trySave();
+            expected = expectMessage(disk, plan.error);
+            calls = disk.getCalls();
+        }
+        EXPECT_EQ(message, expected);
+        const bool isSaved = message.empty() || message.rfind("File '", 0) == 0;
+        EXPECT_TRUE(isSaved ? isNew() : isOld());
+        // The library looks whether the temporary file is there by opening it.
+        const auto keepsTemporary = [](const FaultyDisk::Call& call)
+        { return call.struck && (call.name == "remove" || (call.name == "fopen" && !call.changesDisk)); };
+        if (std::none_of(calls.begin(), calls.end(), keepsTemporary))
+        {
+            EXPECT_FALSE(hasTemporary());
+        }
+        return calls.size() >= plan.number;
+    }
+
+    /// The number of faults met.
+    unsigned sweep(FaultyDisk::Plan plan)
+    {
+        unsigned count = 0;
+        for (plan.number = 1; trySaveWith(plan) && !HasFailure(); ++plan.number)
+            ++count;
+        return count;
+    }
+};
+
+TEST_F(DiskFaults, AFullDeviceLeavesTheOldFile)
+{
+    std::filesystem::create_symlink("/dev/full", directory / "a.truss.tmp");
+    EXPECT_EQ(trySave(), failedToSave());
+    expectOldFileAlone();
+}
+
+TEST_F(DiskFaults, ALimitOfTheFileSizeLeavesTheOldFileWhereverItIs)
+{
+    for (std::size_t limit = 0; limit < edited.size(); limit += 500)
+    {
+        std::string message;
+        {
+            const Limit full(RLIMIT_FSIZE, limit);
+            message = trySave();
+        }
+        EXPECT_EQ(message, failedToSave()) << limit;
+        expectOldFileAlone();
+    }
+    const Limit enough(RLIMIT_FSIZE, edited.size());
+    EXPECT_EQ(trySave(), "");
+    EXPECT_TRUE(isNew());
+}
+
+TEST_F(DiskFaults, TooFewDescriptorsLeaveTheOldFile)
+{
+    const auto next = static_cast<rlim_t>(truss::FileDescriptor(dup(0)).get());
+    const std::string messages[] = {failedToOpen(), failedToMove("Too many open files"), ""};
+    for (unsigned more = 0; more < 3; ++more)
+    {
+        std::string message;
+        {
+            const Limit few(RLIMIT_NOFILE, next + more);
+            message = trySave();
+        }
+        EXPECT_EQ(message, messages[more]);
+        EXPECT_TRUE(more < 2 ? isOld() : isNew());
+        EXPECT_FALSE(hasTemporary());
+    }
+}
+
+TEST_F(DiskFaults, AFolderThatCannotBeWrittenLeavesTheOldFile)
+{
+    const std::filesystem::path folder = directory.getPath();
+    std::filesystem::permissions(folder, std::filesystem::perms(0555));
+    std::filesystem::permissions(folder / "a.truss", std::filesystem::perms(0644));
+    const bool isSuperuser = geteuid() == 0;
+    ASSERT_EQ(seteuid(isSuperuser ? 65534 : geteuid()), 0); // permissions do not bind the superuser
+    const std::string message = trySave();
+    ASSERT_EQ(seteuid(isSuperuser ? 0 : geteuid()), 0);
+    std::filesystem::permissions(folder, std::filesystem::perms(0755));
+    EXPECT_EQ(message, failedToOpen());
+    expectOldFileAlone();
+}
+
+TEST_F(DiskFaults, AFolderInThePlaceOfTheTemporaryFileLeavesTheOldFile)
+{
+    std::filesystem::create_directory(directory / "a.truss.tmp");
+    EXPECT_EQ(trySave(), failedToOpen());
+    EXPECT_TRUE(isOld());
+}
+
+TEST_F(DiskFaults, AFolderOrAPipeIsNoPlaceForADocument)
+{
+    for (const bool folder : {true, false})
+    {
+        std::filesystem::remove(directory / "a.truss");
+        if (folder)
+            std::filesystem::create_directory(directory / "a.truss");
+        else
+            ASSERT_EQ(mkfifo((directory / "a.truss").c_str(), 0600), 0);
+        EXPECT_EQ(trySave(), failedToSave());
+        EXPECT_EQ(std::filesystem::is_directory(directory / "a.truss"), folder);
+        EXPECT_EQ(std::filesystem::is_fifo(directory / "a.truss"), !folder);
+        EXPECT_FALSE(hasTemporary());
+    }
+}
+
+TEST_F(DiskFaults, AnyCallThatFailsLeavesTheOldFileOrTheNewOneAndSaysWhich)
+{
+    unsigned count = 0;
+    for (const int error : {ENOSPC, EIO, EACCES, EISDIR, EMFILE, EDQUOT, EROFS, EFBIG, EINVAL})
+    {
+        for (const bool onwards : {false, true})
+            count += sweep({.fault = Fault::Fail, .error = error, .onwards = onwards});
+    }
+    std::cout << count << " failing calls\n";
+    RecordProperty("faults", std::to_string(count));
+    EXPECT_GT(count, 200u);
+}
+
+TEST_F(DiskFaults, WritesThatAreShortOrInterruptedAreGoneOnWith)
+{
+    EXPECT_GT(sweep({.fault = Fault::Short}), 10u);
+    EXPECT_GT(sweep({.fault = Fault::Short, .onwards = true}), 10u);
+    restore();
+    const FaultyDisk disk(directory.getPath(), {.fault = Fault::Fail, .number = 2, .error = EINTR});
+    EXPECT_EQ(trySave(), "");
+    EXPECT_EQ(disk.getCalls().at(1).name, "write");
+}
+
+TEST_F(DiskFaults, AFileThatCannotBeReadIsRefusedAtWhicheverRead)
+{
+    unsigned reads = 0;
+    std::string last;
+    for (const bool onwards : {false, true})
+    {
+        for (std::size_t number = 1;; ++number)
+        {
+            const FaultyDisk disk(directory.getPath(),
+                                  {.fault = Fault::Fail, .number = number, .error = EIO, .onwards = onwards});
+            std::string message;
+            try
+            {
+                truss::DocumentFile::open(file("a.truss"));
+            }
+            catch (const Problem& problem)
+            {
+                message = problem.getMessage().toUtf8();
+            }
+            const std::vector<FaultyDisk::Call>& calls = disk.getCalls();
+            if (calls.size() < number)
+                break;
+            if (calls[number - 1].name != "read")
+                continue;
+            ++reads;
+            EXPECT_EQ(message.rfind("Failed to read file: '" + directory / "a.truss" + "'\n", 0), 0u) << message;
+            last = message;
+        }
+    }
+    std::cout << reads << " failing reads\n";
+    EXPECT_GT(reads, 6u);
+    EXPECT_EQ(last, "Failed to read file: '" + directory / "a.truss" + "'\nThe file cannot be read to its end")
+        << "the read that finds the end";
+}
+} // namespace
