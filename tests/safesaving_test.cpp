@@ -116,6 +116,32 @@ TEST_F(SafeSavingTest, FailedMoveLeavesTheCompleteTemporaryFile)
     EXPECT_EQ(open("model.x.tmp"), "second");
 }
 
+TEST_F(SafeSavingTest, ArmedStreamEndsTheSaveWithTheFirstFailingWrite)
+{
+    std::filesystem::create_symlink("/dev/full", m_directory / "model.x.tmp");
+    Document document;
+    unsigned written = 0;
+    for (unsigned i = 0; i < 1000; ++i)
+    {
+        auto* const counting = new Scripted();
+        counting->onWrite = [&written](Writer& out)
+        {
+            ++written;
+            out.write(Ztring(std::string(100, 'x')));
+        };
+        document.add(counting);
+    }
+    {
+        FileWriter file;
+        Writer* const writer = file.open(getFile("model.x"), false);
+        writer->getOut().exceptions(std::ios::badbit);
+        EXPECT_THROW(writer->writeObj(&document), std::ios_base::failure);
+    }
+    EXPECT_LT(written, 1000u);
+    EXPECT_EQ(open("model.x"), "first");
+    EXPECT_EQ(getFiles(), std::set<std::string>{"model.x"});
+}
+
 TEST_F(SafeSavingTest, TargetThatIsADirectoryFailsInThePlatform)
 {
     std::filesystem::create_directory(m_directory / "folder");
