@@ -584,6 +584,20 @@ TEST(ZtringUtf8, InvalidBytesAreTheEmptyText)
     EXPECT_EQ(complaints.s_count, 0);
 }
 
+TEST(ZtringUtf8, LongerFormsThanNeededAreTheEmptyText)
+{
+    for (const char* const bytes :
+         {"a\xC0\xAF", "\xE0\x80\xAF", "\xE0\x9F\xBF", "\xF0\x80\x80\xAF", "\xF0\x80\x9F\x98", "\xF0\x8F\xBF\xBF b"})
+        EXPECT_EQ(fromBytes(bytes), "") << testing::PrintToString(bytes);
+}
+
+TEST(ZtringUtf8, SurrogatesPassBothWays)
+{
+    const std::string bytes = "a\xED\xA0\xBD\xED\xB8\x80";
+    EXPECT_EQ(fromBytes(bytes), fromWide({L'a', wchar_t(0xD83D), wchar_t(0xDE00)}));
+    EXPECT_EQ(fromBytes(bytes).toUtf8(), bytes);
+}
+
 TEST(ZtringUtf8, WhatIsNoCodePointIsTheEmptyText)
 {
     const ToolkitComplaints complaints;

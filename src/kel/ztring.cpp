@@ -64,6 +64,14 @@ std::string encode(const wxString& text, const wxMBConv& conversion)
     return bytes;
 }
 
+std::size_t getUtf8Length(const wxString& text)
+{
+    std::size_t length = 0;
+    for (const wchar_t c : text.ToStdWstring())
+        length += 1u + (c > 0x7F) + (c > 0x7FF) + (c > 0xFFFF);
+    return length;
+}
+
 // Not wxUniChar::FromHi8bit, which reports a byte that it cannot decode as an error in the program.
 wchar_t decodeByte(char c)
 {
@@ -270,7 +278,12 @@ std::string Ztring::toUtf8() const
 
 void Ztring::fromUtf8(const std::string& bytes)
 {
-    *m_text = decode(bytes.data(), std::strlen(bytes.c_str()), wxMBConvUTF8());
+    const std::size_t length = std::strlen(bytes.c_str());
+    wxString text = decode(bytes.data(), length, wxMBConvUTF8());
+    // The converter lets most characters pass that are encoded in more bytes than they need, which is invalid.
+    if (getUtf8Length(text) != length)
+        text.clear();
+    m_text->swap(text);
 }
 
 std::string Ztring::ascii() const

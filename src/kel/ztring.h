@@ -95,7 +95,7 @@ public:
     template <typename T>
     static void append(const T& value, Ztring& out);
 
-    /// The whole text, embedded NULs included.
+    /// The whole text, embedded NULs included. Surrogates are encoded like characters, here and in fromUtf8().
     std::string toUtf8() const;
     /// Replaces the text by what the bytes up to the first NUL mean; invalid UTF-8 is the empty text.
     void fromUtf8(const std::string& bytes);
