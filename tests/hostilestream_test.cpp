@@ -4,6 +4,7 @@
 #include <kel/reader.h>
 #include <kel/writer.h>
 
+#include "support/memorypeak.h"
 #include "support/persistable.h"
 #include "support/problem.h"
 #include "support/streams.h"
@@ -11,70 +12,12 @@
 
 #include <gtest/gtest.h>
 
-#include <malloc.h>
-
-#include <algorithm>
 #include <cstddef>
-#include <cstdlib>
 #include <memory>
-#include <new>
 #include <random>
 #include <sstream>
 #include <string>
 #include <vector>
-
-namespace
-{
-std::size_t bytesTaken = 0;
-std::size_t mostBytesTaken = 0;
-
-void* take(std::size_t size)
-{
-    void* const memory = std::malloc(std::max<std::size_t>(size, 1));
-    if (!memory)
-        throw std::bad_alloc();
-    bytesTaken += malloc_usable_size(memory);
-    mostBytesTaken = std::max(mostBytesTaken, bytesTaken);
-    return memory;
-}
-
-void giveBack(void* memory)
-{
-    if (memory)
-        bytesTaken -= malloc_usable_size(memory);
-    std::free(memory);
-}
-} // namespace
-
-void* operator new(std::size_t size)
-{
-    return take(size);
-}
-
-void* operator new[](std::size_t size)
-{
-    return take(size);
-}
-
-void operator delete(void* memory) noexcept
-{
-    giveBack(memory);
-}
-
-void operator delete[](void* memory) noexcept
-{
-    giveBack(memory);
-}
-
-void operator delete(void* memory, std::size_t) noexcept
-{
-    giveBack(memory);
-}
-
-void operator delete[](void* memory, std::size_t) noexcept
-{
-    giveBack(memory);
-}
 
 namespace
 {
@@ -133,8 +76,7 @@ Ending open(const std::string& stream)
 {
     std::istringstream in(stream);
     Ending ending;
-    const std::size_t before = bytesTaken;
-    mostBytesTaken = before;
+    const memorypeak::Meter meter;
     try
     {
         Reader reader(in, "Test", false);
@@ -145,7 +87,7 @@ Ending open(const std::string& stream)
         ending.message = problem.getMessage().toUtf8();
         EXPECT_FALSE(ending.message.empty());
     }
-    ending.memory = mostBytesTaken - before;
+    ending.memory = meter.getPeak();
     Persistable::deleteAll();
     return ending;
 }
