@@ -4,17 +4,21 @@
 #include <kel/reader.h>
 #include <kel/writer.h>
 
+#include "support/filledpipe.h"
 #include "support/memorypeak.h"
 #include "support/persistable.h"
 #include "support/problem.h"
+#include "support/streambuffers.h"
 #include "support/streams.h"
 #include "support/teststatus.h"
 
 #include <gtest/gtest.h>
 
 #include <cstddef>
+#include <fstream>
 #include <memory>
 #include <random>
+#include <regex>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -72,9 +76,8 @@ struct Ending
     std::size_t memory = 0;
 };
 
-Ending open(const std::string& stream)
+Ending open(std::istream& in)
 {
-    std::istringstream in(stream);
     Ending ending;
     const memorypeak::Meter meter;
     try
@@ -90,6 +93,26 @@ Ending open(const std::string& stream)
     ending.memory = meter.getPeak();
     Persistable::deleteAll();
     return ending;
+}
+
+Ending open(const std::string& stream)
+{
+    std::istringstream in(stream);
+    return open(in);
+}
+
+Ending openPipe(const std::string& stream)
+{
+    const FilledPipe pipe(stream);
+    std::ifstream in(pipe.getPath(), std::ios::binary);
+    return open(in);
+}
+
+Ending openByteByByte(const std::string& stream)
+{
+    DrippingBuffer buffer(stream);
+    std::istream in(&buffer);
+    return open(in);
 }
 
 /// A stream of two objects takes at least four bytes, and an object takes some hundreds.
@@ -110,7 +133,27 @@ protected:
 
     void expectBounded(const std::string& stream)
     {
-        ASSERT_LT(open(stream).memory, getBound(stream)) << stream;
+        const Ending seekable = open(stream);
+        const Ending pipe = openPipe(stream);
+        const Ending byteByByte = openByteByByte(stream);
+        ASSERT_EQ(pipe.message, seekable.message) << stream;
+        ASSERT_EQ(byteByByte.message, seekable.message) << stream;
+        ASSERT_LT(seekable.memory, getBound(stream)) << stream;
+        ASSERT_LT(pipe.memory, getBound(stream)) << stream;
+        ASSERT_LT(byteByByte.memory, getBound(stream)) << stream;
+        ASSERT_EQ(Persistable::getCount(), 0u);
+    }
+
+    /// Reading meets an error behind so many bytes, which come one by one or all at once.
+    void expectErrorSurvived(std::streambuf& buffer, std::size_t position)
+    {
+        std::istream in(&buffer);
+        const Ending ending = open(in);
+        ASSERT_TRUE(in.bad()) << position;
+        // Behind the last record an error is the end of the reading, of which only the stream tells.
+        const std::size_t lastRecord = m_stream.find("0 7 Unknown") - 1;
+        ASSERT_TRUE(!ending.message.empty() || position >= lastRecord) << position;
+        ASSERT_LT(ending.memory, getBound(m_stream));
         ASSERT_EQ(Persistable::getCount(), 0u);
     }
 
@@ -166,6 +209,34 @@ TEST_F(HostileStreamTest, EveryByteMayBeLostOrDoubled)
     }
 }
 
+TEST_F(HostileStreamTest, ReadingMayFailAtEveryByte)
+{
+    for (std::size_t position = 0; position <= m_stream.size(); ++position)
+    {
+        DrippingBuffer dripping(m_stream.substr(0, position), true);
+        expectErrorSurvived(dripping, position);
+        BreakingBuffer breaking(m_stream.substr(0, position));
+        expectErrorSurvived(breaking, position);
+    }
+}
+
+TEST_F(HostileStreamTest, EveryNumberMayBecomeAnyOther)
+{
+    const std::regex number("[-+.0-9a-fx]+");
+    const std::sregex_iterator end;
+    std::size_t count = 0;
+    for (std::sregex_iterator found(m_stream.begin(), m_stream.end(), number); found != end; ++found, ++count)
+    {
+        for (const char* const other : {"0", "-1", "2147483648", "4294967295", "4294967296", "9223372036854775808", "x",
+                                        "80000000", "ffffffff", "100000000", "8000000000000000", "ffffffffffffffff"})
+        {
+            const auto position = static_cast<std::size_t>(found->position());
+            expectBounded(std::string(m_stream).replace(position, static_cast<std::size_t>(found->length()), other));
+        }
+    }
+    EXPECT_GT(count, 50u);
+}
+
 TEST_F(HostileStreamTest, SeveralBytesMayChangeAtOnce)
 {
     const std::string bytes = "0123456789abf -+.e\n\0\xff";
@@ -210,18 +281,26 @@ TEST_F(HostileStreamTest, ClaimsEndInTheirProblemAndTakeNoMemory)
     };
     for (const auto& [what, stream, message] : claims)
     {
-        const Ending ending = open(stream);
-        EXPECT_EQ(ending.message.substr(0, ending.message.find("\nFile: ")), message) << what;
-        EXPECT_LT(ending.memory, 65536u) << what;
+        for (const Ending& ending : {open(stream), openPipe(stream), openByteByByte(stream)})
+        {
+            EXPECT_EQ(ending.message.substr(0, ending.message.find("\nFile: ")), message) << what;
+            EXPECT_LT(ending.memory, 65536u) << what;
+        }
     }
 }
 
-TEST_F(HostileStreamTest, LongLineOfAnUnknownClassTakesNoMemory)
+TEST_F(HostileStreamTest, LineOfAnUnknownClassTakesNoMemoryHoweverLong)
 {
-    const std::string line(1000000, 'x');
-    const Ending ending = open(getPreamble() + "0 8 Document 0 \n0 7 Unknown " + line + "\n1 0 \n");
-    EXPECT_EQ(ending.message, "");
-    EXPECT_LT(ending.memory, 65536u);
+    for (const std::size_t length : {1000u, 1000000u, 10000000u})
+    {
+        const std::string line(length, 'x');
+        const std::string stream = getPreamble() + "0 8 Document 0 \n0 7 Unknown " + line + "\n1 0 \n";
+        for (const Ending& ending : {open(stream), openByteByByte(stream)})
+        {
+            EXPECT_EQ(ending.message, "");
+            EXPECT_LT(ending.memory, 16384u);
+        }
+    }
 }
 
 TEST_F(HostileStreamTest, MemoryForALongTextIsInProportionToItsBytes)

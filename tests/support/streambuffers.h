@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <limits>
 #include <locale>
+#include <sstream>
 #include <stdexcept>
 #include <streambuf>
 #include <string>
@@ -94,6 +95,22 @@ private:
     std::string m_bytes;
     std::size_t m_next = 0;
     bool m_isThrowing;
+};
+
+/// Gives all its bytes at once, and then throws.
+class BreakingBuffer : public std::stringbuf
+{
+public:
+    explicit BreakingBuffer(const std::string& bytes) : std::stringbuf(bytes, std::ios_base::in) {}
+
+protected:
+    int_type underflow() override
+    {
+        const int_type next = std::stringbuf::underflow();
+        if (traits_type::eq_int_type(next, traits_type::eof()))
+            throw BufferError();
+        return next;
+    }
 };
 
 /// Groups digits and writes a decimal comma.
