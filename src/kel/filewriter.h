@@ -23,7 +23,7 @@ class File;
 ///
 /// If anything throws before `close`, the destructor deletes the temporary file and the old target stays as it was.
 /// Files are deleted and moved by the application's Platform, which must be installed. The state of the output stream
-/// is not tested: a full disk goes unnoticed here.
+/// is not tested: a full disk goes unnoticed here. docs/saving.md shows what an application adds to lose nothing then.
 class KEL_API FileWriter
 {
 public:

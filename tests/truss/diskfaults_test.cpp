@@ -3,7 +3,10 @@
 #include <truss/support/faultydisk.h>
 #include <truss/support/savingtest.h>
 
+#include <sched.h>
+#include <sys/mount.h>
 #include <sys/resource.h>
+#include <sys/wait.h>
 
 #include <csignal>
 #include <cstring>
@@ -111,6 +114,34 @@ protected:
         return calls.size() >= plan.number;
     }
 
+    static constexpr int noFileSystem = 77;
+
+    /// Saves on file systems that hold more and more pages. @return an exit status: 0 when all was as it is to be.
+    int saveOnSmallFileSystems()
+    {
+        constexpr std::size_t page = 4096;
+        const std::size_t oldPages = old.size() / page + 1;
+        const std::size_t newPages = edited.size() / page + 1;
+        if (unshare(CLONE_NEWNS) != 0 && unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0)
+            return noFileSystem;
+        mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr);
+        for (std::size_t pages = oldPages; pages < oldPages + newPages + 3; ++pages)
+        {
+            const std::string size = "size=" + std::to_string(pages * page);
+            if (mount("none", directory.getPath().c_str(), "tmpfs", 0, size.c_str()) != 0)
+                return noFileSystem;
+            restore();
+            const std::string message = trySave();
+            const bool fits = pages >= oldPages + newPages;
+            EXPECT_TRUE(fits ? message.empty() : message == failedToSave()) << pages << ": " << message;
+            EXPECT_TRUE(fits ? isNew() : isOld()) << pages;
+            EXPECT_FALSE(hasTemporary()) << pages;
+            umount(directory.getPath().c_str());
+        }
+        std::fflush(stdout);
+        return HasFailure() ? 1 : 0;
+    }
+
     /// The number of faults met.
     unsigned sweep(FaultyDisk::Plan plan)
     {
@@ -143,6 +174,20 @@ TEST_F(DiskFaults, ALimitOfTheFileSizeLeavesTheOldFileWhereverItIs)
     const Limit enough(RLIMIT_FSIZE, edited.size());
     EXPECT_EQ(trySave(), "");
     EXPECT_TRUE(isNew());
+}
+
+TEST_F(DiskFaults, AFileSystemThatIsFullLeavesTheOldFileWhateverItsSize)
+{
+    const pid_t process = fork(); // since the file system is to be seen by nobody else
+    ASSERT_GE(process, 0);
+    if (process == 0)
+        _exit(saveOnSmallFileSystems());
+    int end = 0;
+    ASSERT_EQ(waitpid(process, &end, 0), process);
+    ASSERT_TRUE(WIFEXITED(end));
+    if (WEXITSTATUS(end) == noFileSystem)
+        GTEST_SKIP() << "no file system can be mounted here";
+    EXPECT_EQ(WEXITSTATUS(end), 0);
 }
 
 TEST_F(DiskFaults, TooFewDescriptorsLeaveTheOldFile)

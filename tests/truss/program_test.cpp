@@ -3,6 +3,8 @@
 #include <truss/support/formserver.h>
 #include <truss/support/program.h>
 
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <vector>
 
@@ -86,6 +88,15 @@ TEST_F(Program, OffersWhatASaveThatDidNotEndHasLeft)
     EXPECT_FALSE(directory.has("a.truss.tmp"));
     EXPECT_EQ(afterFirstLine(directory.read("c.truss")), afterFirstLine(left));
     EXPECT_EQ(run("b.truss -recover=a.truss").err, "Only one document can be opened, not also 'b.truss'\n");
+}
+
+TEST_F(Program, APipeBesideADocumentIsNotWaitedFor)
+{
+    run("-import=" + data + "/tenbar.csv -save=a.truss");
+    ASSERT_EQ(mkfifo((directory / "a.truss.tmp").c_str(), 0600), 0);
+    const Outcome opened = run("a.truss -solve");
+    EXPECT_EQ(opened.status, 0);
+    EXPECT_EQ(opened.err, "");
 }
 
 TEST_F(Program, SavesWhereASymbolicLinkLeads)

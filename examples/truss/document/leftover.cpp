@@ -26,7 +26,7 @@ Leftover::Leftover(const Kel::File& document)
 bool Leftover::exists() const
 {
     std::error_code error;
-    return std::filesystem::exists(m_file.getPath().toUtf8(), error);
+    return std::filesystem::is_regular_file(m_file.getPath().toUtf8(), error); // to open a pipe would take for ever
 }
 
 bool Leftover::isWhole() const
