@@ -79,7 +79,7 @@ protected:
     {
         for (const FaultyDisk::Call& call : disk.getCalls())
         {
-            const std::string message = call.struck && error != 0 ? expectMessage(call, error) : "";
+            std::string message = call.struck && error != 0 ? expectMessage(call, error) : "";
             if (!message.empty())
                 return message;
         }

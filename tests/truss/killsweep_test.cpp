@@ -8,12 +8,18 @@
 
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <iostream>
 #include <set>
 
 namespace
 {
 using Fault = FaultyDisk::Fault;
+
+bool isWrite(const FaultyDisk::Call& call)
+{
+    return call.name == "write";
+}
 
 class KillSweep : public SavingTest
 {
@@ -81,11 +87,16 @@ TEST_F(KillSweep, TheOldFileOrTheNewOneOpensWhereverTheSaveIsKilled)
             restore();
         ++points;
     };
+    const auto writes = std::count_if(calls.begin(), calls.end(), isWrite);
+    const auto cuts = std::max<std::ptrdiff_t>(3, 200 / writes); // in each, so that there are many
     for (std::size_t i = 0; i < calls.size() && !HasFailure(); ++i)
     {
         tryPoint({.fault = Fault::KillBefore, .number = i + 1}, isReplaced);
-        for (unsigned quarters = 1; quarters < 4 && calls[i].name == "write"; ++quarters)
-            tryPoint({.fault = Fault::KillInside, .number = i + 1, .quarters = quarters}, isReplaced);
+        for (std::ptrdiff_t cut = 1; cut <= cuts && isWrite(calls[i]); ++cut)
+        {
+            const double share = static_cast<double>(cut) / static_cast<double>(cuts + 1);
+            tryPoint({.fault = Fault::KillInside, .number = i + 1, .share = share}, isReplaced);
+        }
         isReplaced = isReplaced || calls[i].name == "rename";
         tryPoint({.fault = Fault::KillAfter, .number = i + 1}, isReplaced);
     }

@@ -37,8 +37,8 @@ public:
         Fault fault = Fault::None;
         std::size_t number = 0; ///< of the call, from 1; kills count only the calls that change the disk
         int error = 0;
-        bool onwards = false;  ///< whether the calls that come after are struck too
-        unsigned quarters = 2; ///< of the bytes that are written before a kill in the midst
+        bool onwards = false; ///< whether the calls that come after are struck too
+        double share = 0.5;   ///< of its bytes that a short write writes, or one that is killed in the midst
     };
 
     struct Call
@@ -73,13 +73,20 @@ public:
         return std::string(path, size < 0 ? 0 : static_cast<std::size_t>(size));
     }
 
-    /// Makes a call, unless a fault strikes it. `act` gets the quarters of its bytes to write.
+    /// A share of the bytes, but not none, which would be asked for again and again.
+    static std::size_t getShare(std::size_t size, double share)
+    {
+        const auto part = static_cast<std::size_t>(static_cast<double>(size) * share);
+        return part == 0 && size != 0 ? 1 : part;
+    }
+
+    /// Makes a call, unless a fault strikes it. `act` gets the share of its bytes to write.
     template <class Act>
     static auto perform(const char* name, const std::string& path, bool changesDisk, const Act& act)
     {
         FaultyDisk* const disk = s_active;
         if (disk == nullptr || path.compare(0, disk->m_directory.size(), disk->m_directory) != 0)
-            return act(4);
+            return act(1.0);
         s_active = nullptr; // what the fault itself does is nobody's call
         const auto result = disk->meet(name, path, changesDisk, act);
         const int error = errno;
@@ -92,29 +99,29 @@ private:
     template <class Act>
     auto meet(const std::string& name, const std::string& path, bool changesDisk, const Act& act)
     {
-        using Result = decltype(act(4));
+        using Result = decltype(act(1.0));
         const Fault fault = next(changesDisk);
         m_calls.push_back({name, path, changesDisk, fault != Fault::None});
         if (fault == Fault::KillBefore)
             raise(SIGKILL);
         if (fault == Fault::KillInside)
         {
-            act(m_plan.quarters);
+            act(m_plan.share);
             raise(SIGKILL);
         }
         if (fault == Fault::Short)
-            return act(2);
+            return act(m_plan.share);
         if (fault == Fault::Fail)
         {
             if (name == "close" || name == "fclose")
-                act(4);
+                act(1.0);
             errno = m_plan.error;
             if constexpr (std::is_pointer_v<Result>)
                 return Result(nullptr);
             else
                 return Result(-1);
         }
-        const Result result = act(4);
+        const Result result = act(1.0);
         if (fault == Fault::KillAfter)
             raise(SIGKILL);
         return result;
@@ -149,7 +156,7 @@ extern "C"
     FILE* faultyOpenStream(const char* path, const char* mode)
     {
         static auto* const real = FaultyDisk::find<FILE*(const char*, const char*)>("fopen64");
-        return FaultyDisk::perform("fopen", path, *mode != 'r', [&](unsigned) { return real(path, mode); });
+        return FaultyDisk::perform("fopen", path, *mode != 'r', [&](double) { return real(path, mode); });
     }
 
     int faultyCloseStream(FILE* file) __asm__("fclose");
@@ -157,7 +164,7 @@ extern "C"
     {
         static auto* const real = FaultyDisk::find<int(FILE*)>("fclose");
         return FaultyDisk::perform("fclose", FaultyDisk::getPath(fileno(file)), false,
-                                   [&](unsigned) { return real(file); });
+                                   [&](double) { return real(file); });
     }
 
     int faultyOpen(const char* path, int flags, ...) __asm__("open64");
@@ -169,14 +176,14 @@ extern "C"
         const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
         va_end(arguments);
         return FaultyDisk::perform("open", path, (flags & (O_CREAT | O_TRUNC)) != 0,
-                                   [&](unsigned) { return real(path, flags, mode); });
+                                   [&](double) { return real(path, flags, mode); });
     }
 
     int faultyClose(int file) __asm__("close");
     int faultyClose(int file)
     {
         static auto* const real = FaultyDisk::find<int(int)>("close");
-        return FaultyDisk::perform("close", FaultyDisk::getPath(file), false, [&](unsigned) { return real(file); });
+        return FaultyDisk::perform("close", FaultyDisk::getPath(file), false, [&](double) { return real(file); });
     }
 
     ssize_t faultyRead(int file, void* bytes, size_t size) __asm__("read");
@@ -184,7 +191,7 @@ extern "C"
     {
         static auto* const real = FaultyDisk::find<ssize_t(int, void*, size_t)>("read");
         return FaultyDisk::perform("read", FaultyDisk::getPath(file), false,
-                                   [&](unsigned quarters) { return real(file, bytes, (size * quarters + 3) / 4); });
+                                   [&](double share) { return real(file, bytes, FaultyDisk::getShare(size, share)); });
     }
 
     ssize_t faultyWrite(int file, const void* bytes, size_t size) __asm__("write");
@@ -192,7 +199,7 @@ extern "C"
     {
         static auto* const real = FaultyDisk::find<ssize_t(int, const void*, size_t)>("write");
         return FaultyDisk::perform("write", FaultyDisk::getPath(file), true,
-                                   [&](unsigned quarters) { return real(file, bytes, (size * quarters + 3) / 4); });
+                                   [&](double share) { return real(file, bytes, FaultyDisk::getShare(size, share)); });
     }
 
     ssize_t faultyWriteParts(int file, const iovec* parts, int count) __asm__("writev");
@@ -208,15 +215,14 @@ extern "C"
     int faultySync(int file)
     {
         static auto* const real = FaultyDisk::find<int(int)>("fsync");
-        return FaultyDisk::perform("fsync", FaultyDisk::getPath(file), true, [&](unsigned) { return real(file); });
+        return FaultyDisk::perform("fsync", FaultyDisk::getPath(file), true, [&](double) { return real(file); });
     }
 
     int faultyChangeMode(int file, mode_t mode) __asm__("fchmod");
     int faultyChangeMode(int file, mode_t mode)
     {
         static auto* const real = FaultyDisk::find<int(int, mode_t)>("fchmod");
-        return FaultyDisk::perform("fchmod", FaultyDisk::getPath(file), true,
-                                   [&](unsigned) { return real(file, mode); });
+        return FaultyDisk::perform("fchmod", FaultyDisk::getPath(file), true, [&](double) { return real(file, mode); });
     }
 
     int faultyChangeOwner(int file, uid_t owner, gid_t group) __asm__("fchown");
@@ -224,7 +230,7 @@ extern "C"
     {
         static auto* const real = FaultyDisk::find<int(int, uid_t, gid_t)>("fchown");
         return FaultyDisk::perform("fchown", FaultyDisk::getPath(file), true,
-                                   [&](unsigned) { return real(file, owner, group); });
+                                   [&](double) { return real(file, owner, group); });
     }
 
     int faultyStatus(int file, struct stat* status) __asm__("fstat64");
@@ -232,28 +238,28 @@ extern "C"
     {
         static auto* const real = FaultyDisk::find<int(int, struct stat*)>("fstat64");
         return FaultyDisk::perform("fstat", FaultyDisk::getPath(file), false,
-                                   [&](unsigned) { return real(file, status); });
+                                   [&](double) { return real(file, status); });
     }
 
     int faultyLinkStatus(const char* path, struct stat* status) __asm__("lstat64");
     int faultyLinkStatus(const char* path, struct stat* status)
     {
         static auto* const real = FaultyDisk::find<int(const char*, struct stat*)>("lstat64");
-        return FaultyDisk::perform("lstat", path, false, [&](unsigned) { return real(path, status); });
+        return FaultyDisk::perform("lstat", path, false, [&](double) { return real(path, status); });
     }
 
     int faultyMove(const char* from, const char* to) __asm__("rename");
     int faultyMove(const char* from, const char* to)
     {
         static auto* const real = FaultyDisk::find<int(const char*, const char*)>("rename");
-        return FaultyDisk::perform("rename", from, true, [&](unsigned) { return real(from, to); });
+        return FaultyDisk::perform("rename", from, true, [&](double) { return real(from, to); });
     }
 
     int faultyRemove(const char* path) __asm__("remove");
     int faultyRemove(const char* path)
     {
         static auto* const real = FaultyDisk::find<int(const char*)>("remove");
-        return FaultyDisk::perform("remove", path, true, [&](unsigned) { return real(path); });
+        return FaultyDisk::perform("remove", path, true, [&](double) { return real(path); });
     }
 }
 // NOLINTEND(misc-definitions-in-headers)
