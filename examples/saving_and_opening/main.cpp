@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Saving and opening: two objects that point at each other are written as a stream of text and read back.
-// References are written as numbers; reading turns them into pointers again once all objects are there.
+// References are written as numbers; reading turns them into pointers again once all objects are there. Both parts live
+// to the end here; where a neighbour may go before, whoever points at it observes it (see truss/model/nodereference.h).
 #include <kel/autodelete.h>
 #include <kel/bulletin.h>
 #include <kel/reader.h>
@@ -10,6 +11,7 @@
 #include <kel/writer.h>
 
 #include <iostream>
+#include <limits>
 #include <sstream>
 
 namespace
@@ -64,13 +66,14 @@ int main()
     axle.neighbour = &wheel;
 
     std::stringstream stream;
+    stream.precision(std::numeric_limits<double>::max_digits10); // else doubles keep six digits
     Writer(stream, "Example file", false).writeObj(&wheel); // and all that it leads to
     std::cout << stream.str();
 
-    auto* const root = dynamic_cast<Part*>(Reader(stream, "Example", false).perform());
-    auto* const other = dynamic_cast<Part*>(root->neighbour);
-    const AutoDelete rootGuard(root);
-    const AutoDelete otherGuard(other);
-    std::cout << root->name << " of " << root->mass << " next to " << other->name << ", which is next to "
-              << dynamic_cast<Part*>(other->neighbour)->name << '\n';
+    auto& root = dynamic_cast<Part&>(*Reader(stream, "Example", false).perform());
+    auto& other = dynamic_cast<Part&>(*root.neighbour); // throws where the file holds something else
+    const AutoDelete rootGuard(&root);
+    const AutoDelete otherGuard(&other);
+    std::cout << root.name << " of " << root.mass << " next to " << other.name << ", which is next to "
+              << dynamic_cast<Part&>(*other.neighbour).name << '\n';
 }
