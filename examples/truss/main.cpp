@@ -6,5 +6,5 @@
 int main(int argc, char** argv)
 {
     truss::Language::setLocale(); // the application's decision; the library never changes the locale
-    return truss::Application().run(argc, argv);
+    return truss::Application(argc, argv).run();
 }

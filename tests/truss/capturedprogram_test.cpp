@@ -7,8 +7,8 @@
 #include <support/testtask.h>
 #include <truss/support/lifeline.h>
 
-#include "truss/shell/capturedprogram.h"
-#include "truss/shell/linuxplatform.h"
+#include "truss/platform/capturedprogram.h"
+#include "truss/platform/linuxplatform.h"
 
 #include <kel/file_kel.h>
 #include <kel/interrupted.h>

@@ -75,12 +75,28 @@ TEST_F(Interruption, EndsAnImportAndGoesOnWithTheNextJob)
     const Outcome ended = finish();
     EXPECT_EQ(ended.status, 1);
     EXPECT_EQ(ended.err, "");
-    EXPECT_EQ(ended.out.rfind("Interrupted: \nWeight: 5060.93\n", 0), 0u) << ended.out;
+    EXPECT_EQ(ended.out.rfind("Interrupted: Importing\nWeight: 5060.93\n", 0), 0u) << ended.out;
     const auto afterFirstLine = [this](const char* name)
     {
         const std::string bytes = directory.read(name);
         return bytes.substr(bytes.find('\n'));
     };
     EXPECT_EQ(afterFirstLine("b.truss"), afterFirstLine("a.truss")); // the document is as it was
+}
+
+TEST_F(Interruption, AnImportThatWasInterruptedReplacesNoFile)
+{
+    ASSERT_EQ(run("-import=" + data + "/tenbar.csv -save=good.truss").status, 0);
+    const std::string good = directory.read("good.truss");
+    start({"-import=" + directory / "endless", "-save=" + directory / "good.truss"});
+    const auto node = [](unsigned i) { return "node,m" + std::to_string(i) + ",0,0,0\n"; };
+    ASSERT_TRUE(feed(5000, node));
+    pressCtrlC();
+    while (feed(1000, node))
+        ;
+    const Outcome ended = finish();
+    EXPECT_EQ(ended.status, 1);
+    EXPECT_EQ(ended.err, "'" + directory / "good.truss" + "' is not replaced: the model was not read completely\n");
+    EXPECT_EQ(directory.read("good.truss"), good);
 }
 } // namespace

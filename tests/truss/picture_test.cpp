@@ -10,6 +10,8 @@
 
 #include <gmock/gmock.h>
 
+#include <regex>
+
 #include <cmath>
 
 namespace
@@ -114,7 +116,21 @@ TEST_F(Picture, ACurveIsDrawnThroughItsPoints)
 {
     std::ostringstream out;
     truss::CurvePlot("x", "y").draw(out, {{1, 2}, {2, 4}, {3, 1}});
-    EXPECT_THAT(out.str(), HasSubstr("</svg>"));
+    std::vector<double> places; // x and y of the ends of each piece
+    const std::string number = " ([0-9.]+)";
+    const std::regex piece("stroke-width:1.5;[^>]*d=\"M" + number + number + " L" + number + number + " \"/>");
+    const std::string svg = out.str();
+    for (std::sregex_iterator at(svg.begin(), svg.end(), piece); at != std::sregex_iterator(); ++at)
+    {
+        for (std::size_t i = 1; i <= 4; ++i)
+            places.push_back(std::stod((*at)[i]));
+    }
+    ASSERT_EQ(places.size(), 8u) << svg;
+    EXPECT_EQ(places[2], places[4]); // one goes on where the other ends
+    EXPECT_EQ(places[3], places[5]);
+    EXPECT_NEAR(places[2] - places[0], places[6] - places[4], 0.01);         // 1 to 2 is as far as 2 to 3
+    EXPECT_NEAR(1.5 * (places[1] - places[3]), places[7] - places[5], 0.01); // 2 up, 3 down
+    EXPECT_GT(places[1], places[3]);                                         // SVG counts downwards
 }
 
 TEST_F(Picture, AStreamThatFailsIsAProblem)

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // What the example application does with the operating system.
-#include <truss/shell/linuxplatform.h>
+#include <truss/platform/linuxplatform.h>
 
 #include <truss/document/replacement.h>
-#include <truss/shell/commandline.h>
+#include <truss/platform/commandline.h>
 
 #include <support/installed.h>
 #include <support/problem.h>
@@ -18,7 +18,10 @@
 #include <gmock/gmock.h>
 
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
+
+#include <cerrno>
 
 namespace
 {
@@ -80,6 +83,18 @@ TEST_F(LinuxPlatform, DoesNotWaitUnlessAskedTo)
     directory.write("gate", "go\n"); // would never be reached, were the program waited for
 }
 
+TEST_F(LinuxPlatform, NothingIsLeftOfAProgramThatNobodyWaitedFor)
+{
+    ASSERT_EQ(mkfifo((directory / "id").c_str(), 0600), 0);
+    platform->run(program("echo $$ >'" + directory / "id" + "'\n"), "", none, false, false);
+    const auto id = static_cast<id_t>(std::stoi(directory.read("id")));
+    siginfo_t ended{};
+    ASSERT_EQ(waitid(P_PID, id, &ended, WEXITED | WNOWAIT), 0);
+    platform->run("true", "", none, true, false); // each one lets the platform look after the earlier ones
+    EXPECT_EQ(waitid(P_PID, id, &ended, WEXITED | WNOWAIT), -1);
+    EXPECT_EQ(errno, ECHILD);
+}
+
 TEST_F(LinuxPlatform, AProgramThatFailsOrIsMissingIsAProblem)
 {
     const std::string failing = program("exit 3\n");
@@ -89,12 +104,6 @@ TEST_F(LinuxPlatform, AProgramThatFailsOrIsMissingIsAProblem)
     EXPECT_PROBLEM(platform->run("no-such-program", "", none, true, false),
                    "Failed to start 'no-such-program'\nNo such file or directory");
     EXPECT_PROBLEM(platform->run("", "", none, true, false), "Failed to start ''\nNo such file or directory");
-}
-
-TEST_F(LinuxPlatform, AnInterruptionEndsTheProgramThatIsWaitedFor)
-{
-    interruptSoon();
-    EXPECT_THROW(platform->run("sleep", "1000", none, true, false), Interrupted);
 }
 
 TEST_F(LinuxPlatform, TimersGoOnWhileAProgramIsWaitedFor)
@@ -109,6 +118,14 @@ TEST_F(LinuxPlatform, TimersGoOnWhileAProgramIsWaitedFor)
     platform->startTimer(task.release(), 1);
     EXPECT_THROW(platform->run("sleep", "1000", none, true, false), Interrupted);
     EXPECT_THAT(journal, ElementsAre("run tick", "run tick", "run tick", "delete tick"));
+}
+
+TEST_F(LinuxPlatform, ATimerWithoutAnIntervalRunsToo)
+{
+    TestTask::Journal journal;
+    platform->startTimer(new TestTask(journal, "at once", 1), 0);
+    while (journal.empty())
+        platform->getTimers().wait(1000);
 }
 
 TEST_F(LinuxPlatform, ATimerRunsItsTaskUntilThatHasEnough)

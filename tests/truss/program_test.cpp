@@ -197,7 +197,9 @@ TEST_F(Program, HelpNamesEveryOptionAndDoesNothingElse)
     EXPECT_EQ(helped.status, 0);
     EXPECT_EQ(helped.err, "");
     EXPECT_EQ(helped.out.rfind("Usage: ", 0), 0u);
-    for (const char* option : {"-help", "-import", "-script", "-solve", "-save", "-results", "-picture"})
+    for (const char* option : {"-help", "-recover", "-import", "-script", "-check-mesh", "-solve", "-iterative",
+                               "-study", "-interleave", "-study-table", "-study-plot", "-save", "-results",
+                               "-reactions", "-picture", "-view", "-report", "-bell", "-diagnostics"})
         EXPECT_NE(helped.out.find(std::string("[") + option), std::string::npos) << option;
 }
 
@@ -227,6 +229,12 @@ TEST_F(Program, AStudyBecomesATableAndACurve)
     EXPECT_EQ(std::count(table.begin(), table.end(), '\n'), 6);
     EXPECT_NE(directory.read("s.svg").find("</svg>"), std::string::npos);
     EXPECT_EQ(run("-import=" + data + "/tenbar.csv -study=b1:20:40:5 -interleave").out, table);
+}
+
+TEST_F(Program, OpensADocumentWithAnEqualsSignInItsName)
+{
+    ASSERT_EQ(run("-import=" + data + "/tenbar.csv -save=x=y.truss").status, 0);
+    EXPECT_EQ(run("x=y.truss -solve").status, 0);
 }
 
 TEST_F(Program, OptionsThatNeedAnotherSaySo)

@@ -5,7 +5,9 @@
 #include "truss/analysis/equations.h"
 #include "truss/analysis/factorization.h"
 
+#include <algorithm>
 #include <chrono>
+#include <semaphore>
 #include <thread>
 #include <utility>
 
@@ -14,6 +16,13 @@ namespace truss
 namespace
 {
 constexpr std::chrono::milliseconds waitingStep(20);
+
+/// As many factorizations at a time as there are processors, those included that nobody waits for any more.
+std::counting_semaphore<>& getSlots()
+{
+    static std::counting_semaphore<> s_slots(std::max(1u, std::thread::hardware_concurrency()));
+    return s_slots;
+}
 } // namespace
 
 DirectSolver::DirectSolver(const Equations& equations) : m_equations(equations) {}
@@ -22,8 +31,8 @@ DirectSolver::~DirectSolver() = default;
 
 bool DirectSolver::step()
 {
-    if (m_factorization == nullptr)
-        start();
+    if (m_factorization == nullptr && !start())
+        return true;
     if (m_end.wait_for(waitingStep) != std::future_status::ready)
         return true;
     finish();
@@ -35,12 +44,31 @@ int DirectSolver::getPercent() const
     return m_factorization == nullptr ? 0 : 50;
 }
 
-void DirectSolver::start()
+bool DirectSolver::start()
 {
-    m_factorization = std::make_shared<Factorization>(m_equations);
-    std::packaged_task<void()> work([shared = m_factorization] { shared->perform(); });
-    m_end = work.get_future();
-    std::thread(std::move(work)).detach();
+    auto& slots = getSlots();
+    if (!slots.try_acquire_for(waitingStep))
+        return false;
+    try
+    {
+        m_factorization = std::make_shared<Factorization>(m_equations);
+        std::packaged_task<void()> work([shared = m_factorization] { shared->perform(); });
+        m_end = work.get_future();
+        std::thread(
+            [&slots, work = std::move(work)]() mutable
+            {
+                work();
+                work = {}; // its memory is free before another begins
+                slots.release();
+            })
+            .detach();
+    }
+    catch (...)
+    {
+        slots.release();
+        throw;
+    }
+    return true;
 }
 
 void DirectSolver::finish()

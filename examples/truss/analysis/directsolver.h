@@ -15,7 +15,8 @@ class Factorization;
 /// Solves by factorizing the stiffness matrix: exact, and finds every mechanism.
 ///
 /// A factorization cannot be stopped halfway. It runs on a thread of its own, a step only waits for it a little, and a
-/// solver that is destroyed before the end leaves it to itself. So an interruption takes effect at once.
+/// solver that is destroyed before the end leaves it to itself. So an interruption takes effect at once. There are
+/// never more factorizations than processors; another one waits for its turn.
 class DirectSolver : public EquationSolver
 {
 public:
@@ -27,7 +28,8 @@ public:
     int getPercent() const override;
 
 private:
-    void start();
+    /// @return whether it could: there is a bound on factorizations at a time.
+    bool start();
     void finish();
 
     const Equations& m_equations;

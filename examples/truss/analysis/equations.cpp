@@ -2,7 +2,7 @@
 // truss: analysis
 #include "truss/analysis/equations.h"
 
-#include "truss/model/text.h"
+#include "truss/text/text.h"
 
 #include <kel/problem.h>
 #include <kel/translator.h>

@@ -13,8 +13,9 @@ class Equations;
 /// Approaches the solution by preconditioned conjugate gradients, some iterations a step.
 ///
 /// Needs little memory, which makes it the choice for very large structures; but a mechanism that the loads do not set
-/// moving escapes it. The iteration is written out here because the one of the linear algebra library cannot pause
-/// without losing its direction.
+/// moving escapes it, and where the iteration fails, telling which node moves takes a factorization after all. The
+/// iteration is written out here because the one of the linear algebra library cannot pause without losing its
+/// direction.
 class IterativeSolver : public EquationSolver
 {
 public:

@@ -7,7 +7,7 @@
 #include "truss/model/model.h"
 #include "truss/model/node.h"
 #include "truss/model/support.h"
-#include "truss/model/text.h"
+#include "truss/text/text.h"
 
 #include <kel/problem.h>
 #include <kel/translator.h>

@@ -44,6 +44,7 @@ void Document::replace(BulletinPtr<Model> model)
     getController().clear();
     m_response.reset();
     m_model = std::move(model);
+    m_isIncomplete = false;
     observe(*m_model);
 }
 

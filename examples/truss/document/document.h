@@ -47,6 +47,14 @@ public:
     void redo();
 
     /// @}
+    /// @name Completeness
+    /// @{
+
+    /// Notes that something which belongs into the document was not read to its end.
+    void setIncomplete() { m_isIncomplete = true; }
+    bool isIncomplete() const { return m_isIncomplete; }
+
+    /// @}
     /// @name Result
     /// @{
 
@@ -65,5 +73,6 @@ private:
 
     BulletinPtr<Model> m_model;
     std::unique_ptr<Response> m_response;
+    bool m_isIncomplete = false;
 };
 } // namespace truss

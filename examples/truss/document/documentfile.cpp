@@ -5,7 +5,7 @@
 #include "truss/document/replacement.h"
 #include "truss/model/model.h"
 #include "truss/model/openingguard.h"
-#include "truss/model/text.h"
+#include "truss/text/text.h"
 
 #include <kel/file_kel.h>
 #include <kel/filereader.h>

@@ -4,7 +4,7 @@
 
 #include "truss/document/documentfile.h"
 #include "truss/model/model.h"
-#include "truss/model/text.h"
+#include "truss/text/text.h"
 
 #include <kel/interrupted.h>
 #include <kel/log_kel.h>

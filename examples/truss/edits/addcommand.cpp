@@ -4,7 +4,7 @@
 
 #include "truss/edits/addstep.h"
 #include "truss/model/model.h"
-#include "truss/model/text.h"
+#include "truss/text/text.h"
 
 #include <kel/translator.h>
 

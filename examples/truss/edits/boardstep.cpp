@@ -30,7 +30,7 @@ void BoardStep::putOn()
             m_board.remove(m_entity);
         throw;
     }
-    m_parked.release(); // the board owns it now
+    static_cast<void>(m_parked.release()); // the board owns it now
 }
 
 void BoardStep::takeOff()

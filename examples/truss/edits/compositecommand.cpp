@@ -6,13 +6,23 @@ namespace truss
 {
 void CompositeCommand::execute()
 {
+    runWhole(&Mementos::execute);
+}
+
+void CompositeCommand::redo()
+{
+    runWhole(&Mementos::redo);
+}
+
+void CompositeCommand::runWhole(void (Mementos::*run)())
+{
     try
     {
-        m_steps.execute();
+        (m_steps.*run)();
     }
     catch (...)
     {
-        m_steps.undo(); // the library rolls nothing back
+        m_steps.undo();
         throw;
     }
 }

@@ -23,10 +23,13 @@ public:
 
     void execute() override;
     void undo() override { m_steps.undo(); }
-    void redo() override { m_steps.redo(); }
+    void redo() override;
     Ztring getLabel() const override { return m_label; }
 
 private:
+    /// Takes back what a failed run has left, since the library rolls nothing back.
+    void runWhole(void (Mementos::*run)());
+
     Ztring m_label;
     Mementos m_steps;
 };

@@ -5,7 +5,7 @@
 #include "truss/edits/removestep.h"
 #include "truss/model/model.h"
 #include "truss/model/node.h"
-#include "truss/model/text.h"
+#include "truss/text/text.h"
 
 #include <kel/translator.h>
 

@@ -6,7 +6,7 @@
 #include "truss/model/bar.h"
 #include "truss/model/model.h"
 #include "truss/model/node.h"
-#include "truss/model/text.h"
+#include "truss/text/text.h"
 
 #include <kel/translator.h>
 

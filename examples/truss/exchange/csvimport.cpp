@@ -5,7 +5,7 @@
 #include "truss/edits/addstep.h"
 #include "truss/edits/importcommand.h"
 #include "truss/model/model.h"
-#include "truss/model/text.h"
+#include "truss/text/text.h"
 
 #include <kel/problem.h>
 #include <kel/texthelper.h>
@@ -15,6 +15,31 @@
 
 namespace truss
 {
+namespace
+{
+/// Csv drops spaces outside quotes, which would make one number of two.
+void checkSpaces(const std::string& line)
+{
+    bool isQuoted = false;
+    bool isInField = false;
+    bool hadSpace = false;
+    for (const char c : line)
+    {
+        if (c == '"')
+            isQuoted = !isQuoted;
+        const bool isSpace = c == ' ' && !isQuoted;
+        if (c == ',' && !isQuoted)
+            isInField = hadSpace = false;
+        else if (isSpace)
+            hadSpace = isInField;
+        else if (hadSpace)
+            Problem::throwProblem(Translator::tr("A field with a space in it has to stand between quotes"));
+        else
+            isInField = true;
+    }
+}
+} // namespace
+
 CsvImport::CsvImport(Model& model, const Kel::File& file)
     : m_model(model),
       m_file(file),
@@ -53,6 +78,7 @@ try
     const std::string text = TextHelper::trimWhitespace(line);
     if (text.empty() || text.front() == '#')
         return;
+    checkSpaces(text);
     m_command->add(new AddStep(m_model, m_factory.create(split(text))));
 }
 catch (Problem& problem)

@@ -8,7 +8,7 @@
 #include "truss/model/model.h"
 #include "truss/model/node.h"
 #include "truss/model/support.h"
-#include "truss/model/text.h"
+#include "truss/text/text.h"
 
 #include <kel/problem.h>
 #include <kel/translator.h>
@@ -42,10 +42,7 @@ bool parseHeld(const std::string& word)
 }
 } // namespace
 
-EntityFactory::EntityFactory(const Model& model) : m_model(model)
-{
-    model.forEach<Support>([this](const Support& support) { m_supported.insert(support.getNode()); });
-}
+EntityFactory::EntityFactory(const Model& model) : m_model(model) {}
 
 BulletinPtr<Entity> EntityFactory::create(const Words& words)
 {
@@ -96,6 +93,9 @@ BulletinPtr<Entity> EntityFactory::createSupport(const Words& words)
 {
     Node& node = getNode(words[1]);
     const Support::Held held{parseHeld(words[2]), parseHeld(words[3]), parseHeld(words[4])};
+    if (!m_hasLooked)
+        m_model.forEach<Support>([this](const Support& support) { m_supported.insert(support.getNode()); });
+    m_hasLooked = true;
     if (!m_supported.insert(&node).second)
         Problem::throwProblem(fill(Translator::tr("Node '%1' has a support already"), node.getName()));
     return BulletinPtr<Entity>(new Support(node, held));

@@ -51,5 +51,6 @@ private:
     const Model& m_model;
     std::unordered_map<std::string, NamedEntity*> m_made; // by name in UTF-8; not owned
     std::unordered_set<const Node*> m_supported;
+    bool m_hasLooked = false; // for the supports of the model: only when the first is made
 };
 } // namespace truss

@@ -2,7 +2,7 @@
 // truss: exchange
 #include "truss/exchange/numbertext.h"
 
-#include "truss/model/text.h"
+#include "truss/text/text.h"
 
 #include <kel/problem.h>
 #include <kel/translator.h>

@@ -5,9 +5,9 @@
 #include "truss/document/document.h"
 #include "truss/exchange/csvexport.h"
 #include "truss/model/model.h"
-#include "truss/model/text.h"
-#include "truss/shell/capturedprogram.h"
-#include "truss/shell/temporaryfile.h"
+#include "truss/platform/capturedprogram.h"
+#include "truss/platform/temporaryfile.h"
+#include "truss/text/text.h"
 
 #include <kel/file_kel.h>
 #include <kel/interrupted.h>

@@ -16,10 +16,7 @@ namespace
 constexpr unsigned linesPerStep = 1000;
 } // namespace
 
-ImportJob::ImportJob(Document& document, const Kel::File& file)
-    : Job(Translator::tr("Importing")),
-      m_document(document),
-      m_file(file)
+ImportJob::ImportJob(Document& document, const Kel::File& file) : InputJob(Translator::tr("Importing"), document, file)
 {
 }
 

@@ -2,19 +2,16 @@
 // truss: jobs
 #pragma once
 
-#include "truss/jobs/job.h"
-
-#include <kel/file_kel.h>
+#include "truss/jobs/inputjob.h"
 
 #include <memory>
 
 namespace truss
 {
 class CsvImport;
-class Document;
 
 /// Adds the entities of a CSV file to the model, all of them or none.
-class ImportJob : public Job
+class ImportJob : public InputJob
 {
 public:
     ImportJob(Document& document, const Kel::File& file);
@@ -24,8 +21,6 @@ private:
     bool step() override;
     int getPercent() const override;
 
-    Document& m_document;
-    Kel::File m_file;
     std::unique_ptr<CsvImport> m_import; // null before the first step
 };
 } // namespace truss

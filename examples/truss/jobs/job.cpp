@@ -2,6 +2,7 @@
 // truss: jobs
 #include "truss/jobs/job.h"
 
+#include <kel/interrupted.h>
 #include <kel/status.h>
 
 namespace truss
@@ -12,8 +13,20 @@ Job::Job(const Ztring& title) : m_title(title)
 }
 
 void Job::performAction()
+try
 {
     m_more = false; // stays so when the step throws
+    doStep();
+}
+catch (Interrupted& interrupted)
+{
+    onInterrupt();
+    interrupted.annotate(m_title);
+    throw;
+}
+
+void Job::doStep()
+{
     Status& status = Status::getSingleton();
     status.setStatus(m_title, getPercent());
     status.checkInterrupt(getPercent());

@@ -11,18 +11,20 @@
 namespace truss
 {
 class FailureCounter;
-class Job;
 
 /// Hands the jobs of the command line to the library's task queue one after the other.
 ///
 /// Each job is a run of its own, because an interruption lasts until the queue runs empty: so Ctrl-C ends one job and
 /// the program goes on with the next. After a job that fails the rest is dropped, so that a model that could not be
-/// read is not saved over a good one. The end of all jobs, not of each, is announced with a sound.
+/// read is not saved over a good one (after an interruption SaveJob sees to that). The end of all jobs, not of each, is
+/// announced with a sound.
 class JobQueue : public TasksListener
 {
 public:
     /// The counter outlives the queue.
     explicit JobQueue(const FailureCounter& failures);
+    JobQueue(const JobQueue&) = delete;
+    JobQueue& operator=(const JobQueue&) = delete;
     ~JobQueue() override;
 
     void add(std::unique_ptr<Task> job);

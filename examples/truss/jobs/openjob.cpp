@@ -11,12 +11,7 @@
 
 namespace truss
 {
-OpenJob::OpenJob(Document& document, const Kel::File& file)
-    : Job(Translator::tr("Opening")),
-      m_document(document),
-      m_file(file)
-{
-}
+OpenJob::OpenJob(Document& document, const Kel::File& file) : InputJob(Translator::tr("Opening"), document, file) {}
 
 bool OpenJob::step()
 {

@@ -11,9 +11,7 @@
 namespace truss
 {
 RecoverJob::RecoverJob(Document& document, const Kel::File& file)
-    : Job(Translator::tr("Recovering")),
-      m_document(document),
-      m_file(file)
+    : InputJob(Translator::tr("Recovering"), document, file)
 {
 }
 

@@ -5,8 +5,8 @@
 #include "truss/document/document.h"
 #include "truss/document/documentfile.h"
 #include "truss/model/model.h"
-#include "truss/model/text.h"
-#include "truss/shell/temporaryfile.h"
+#include "truss/platform/temporaryfile.h"
+#include "truss/text/text.h"
 
 #include <kel/appversion.h>
 #include <kel/branding.h>

@@ -4,8 +4,12 @@
 
 #include "truss/document/document.h"
 #include "truss/document/documentfile.h"
+#include "truss/text/text.h"
 
+#include <kel/problem.h>
 #include <kel/translator.h>
+
+#include <filesystem>
 
 namespace truss
 {
@@ -18,6 +22,9 @@ SaveJob::SaveJob(Document& document, const Kel::File& file)
 
 bool SaveJob::step()
 {
+    if (m_document.isIncomplete() && std::filesystem::exists(m_file.getPath().toUtf8()))
+        Problem::throwProblem(
+            fill(Translator::tr("'%1' is not replaced: the model was not read completely"), m_file.getPath()));
     DocumentFile::save(m_document.getModel(), m_file);
     return false;
 }

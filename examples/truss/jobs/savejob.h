@@ -10,7 +10,8 @@ namespace truss
 {
 class Document;
 
-/// Saves the model. A save that fails or is interrupted leaves the old file as it was.
+/// Saves the model. A save that fails or is interrupted leaves the old file as it was. A model that was not read
+/// completely, since the user interrupted that, replaces no file.
 class SaveJob : public Job
 {
 public:

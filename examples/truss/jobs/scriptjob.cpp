@@ -10,9 +10,7 @@
 namespace truss
 {
 ScriptJob::ScriptJob(Document& document, const Kel::File& file)
-    : Job(Translator::tr("Running the script")),
-      m_document(document),
-      m_file(file)
+    : InputJob(Translator::tr("Running the script"), document, file)
 {
 }
 

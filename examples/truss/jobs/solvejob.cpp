@@ -4,7 +4,7 @@
 
 #include "truss/document/document.h"
 #include "truss/model/model.h"
-#include "truss/model/text.h"
+#include "truss/text/text.h"
 
 #include <kel/log_kel.h>
 #include <kel/translator.h>

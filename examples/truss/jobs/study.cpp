@@ -4,7 +4,7 @@
 
 #include "truss/analysis/response.h"
 #include "truss/exchange/numbertext.h"
-#include "truss/model/text.h"
+#include "truss/text/text.h"
 
 #include <kel/array.h>
 #include <kel/problem.h>
@@ -18,6 +18,7 @@ namespace truss
 namespace
 {
 constexpr double mostSteps = 10000;
+constexpr std::size_t mostAtATime = 4;
 
 std::size_t parseSteps(const std::string& text)
 {
@@ -57,6 +58,14 @@ void Study::setResult(std::size_t row, const Response& response)
     result.weight = response.structure.getWeight();
     result.displacement = std::abs(response.findLargestDisplacement().value);
     result.stress = response.stresses[response.structure.findMember(m_bar)];
+}
+
+bool Study::begin()
+{
+    if (m_begun - m_ended >= mostAtATime)
+        return false;
+    ++m_begun;
+    return true;
 }
 
 void Study::noteEnd(bool failed)

@@ -33,9 +33,12 @@ public:
     /// Fills the row of one case.
     void setResult(std::size_t row, const Response& response);
 
-    /// @name How many cases have ended
+    /// @name How far the cases are
     /// @{
 
+    /// Notes that a case begins, if it may: few go on at a time, since each has equations of its own. Not asked once a
+    /// case has failed.
+    bool begin();
     void noteEnd(bool failed);
     bool isComplete() const { return m_ended == m_rows.size(); }
     bool hasFailed() const { return m_failed; }
@@ -47,6 +50,7 @@ public:
 private:
     Ztring m_bar;
     std::vector<Row> m_rows;
+    std::size_t m_begun = 0;
     std::size_t m_ended = 0;
     bool m_failed = false;
 };

@@ -3,7 +3,7 @@
 #include "truss/jobs/studycase.h"
 
 #include "truss/jobs/study.h"
-#include "truss/model/text.h"
+#include "truss/text/text.h"
 
 #include <kel/translator.h>
 
@@ -54,7 +54,11 @@ void StudyCase::begin()
 bool StudyCase::solve()
 {
     if (m_analysis == nullptr)
+    {
+        if (!m_study->begin())
+            return true; // its turn comes again
         begin();
+    }
     if (m_analysis->step())
         return true;
     m_study->setResult(m_row, *m_analysis->takeResponse());

@@ -5,8 +5,8 @@
 #include "truss/exchange/numbertext.h"
 #include "truss/exchange/outputfile.h"
 #include "truss/jobs/study.h"
-#include "truss/model/text.h"
 #include "truss/picture/curveplot.h"
+#include "truss/text/text.h"
 
 #include <kel/log_kel.h>
 #include <kel/translator.h>

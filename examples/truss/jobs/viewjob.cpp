@@ -2,7 +2,7 @@
 // truss: jobs
 #include "truss/jobs/viewjob.h"
 
-#include "truss/shell/capturedprogram.h"
+#include "truss/platform/capturedprogram.h"
 
 #include <kel/translator.h>
 

@@ -4,7 +4,7 @@
 
 #include "truss/model/creator.h"
 #include "truss/model/node.h"
-#include "truss/model/text.h"
+#include "truss/text/text.h"
 
 #include <kel/problem.h>
 #include <kel/reader.h>

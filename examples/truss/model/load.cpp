@@ -4,7 +4,7 @@
 
 #include "truss/model/creator.h"
 #include "truss/model/record.h"
-#include "truss/model/text.h"
+#include "truss/text/text.h"
 
 #include <kel/translator.h>
 

@@ -6,7 +6,7 @@
 #include "truss/model/creator.h"
 #include "truss/model/node.h"
 #include "truss/model/record.h"
-#include "truss/model/text.h"
+#include "truss/text/text.h"
 
 #include <kel/changednotifier.h>
 #include <kel/problem.h>

@@ -3,7 +3,7 @@
 #include "truss/model/nameindex.h"
 
 #include "truss/model/namedentity.h"
-#include "truss/model/text.h"
+#include "truss/text/text.h"
 
 #include <kel/problem.h>
 #include <kel/translator.h>

@@ -6,6 +6,7 @@
 
 #include <kel/problem.h>
 #include <kel/translator.h>
+#include <kel/zassert.h>
 
 namespace truss
 {
@@ -13,6 +14,7 @@ OpeningGuard* OpeningGuard::s_active = nullptr;
 
 OpeningGuard::OpeningGuard()
 {
+    KEL_ASSERT(s_active == nullptr, "s_active == nullptr");
     s_active = this;
 }
 

@@ -3,7 +3,7 @@
 #include "truss/model/support.h"
 
 #include "truss/model/creator.h"
-#include "truss/model/text.h"
+#include "truss/text/text.h"
 
 #include <kel/reader.h>
 #include <kel/translator.h>

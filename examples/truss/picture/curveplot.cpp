@@ -2,8 +2,8 @@
 // truss: picture
 #include "truss/picture/curveplot.h"
 
-#include "truss/model/text.h"
 #include "truss/picture/axis.h"
+#include "truss/text/text.h"
 
 #include <algorithm>
 

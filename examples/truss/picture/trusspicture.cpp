@@ -3,8 +3,8 @@
 #include "truss/picture/trusspicture.h"
 
 #include "truss/analysis/response.h"
-#include "truss/model/text.h"
 #include "truss/picture/roundnumber.h"
+#include "truss/text/text.h"
 
 #include <kel/branding.h>
 #include <kel/translator.h>

@@ -11,7 +11,7 @@
 #include "truss/model/bar.h"
 #include "truss/model/model.h"
 #include "truss/model/node.h"
-#include "truss/model/text.h"
+#include "truss/text/text.h"
 
 #include <kel/problem.h>
 #include <kel/translator.h>

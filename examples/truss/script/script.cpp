@@ -5,9 +5,9 @@
 #include "truss/document/document.h"
 #include "truss/edits/compositecommand.h"
 #include "truss/model/model.h"
-#include "truss/model/text.h"
 #include "truss/script/editparser.h"
 #include "truss/script/groupededit.h"
+#include "truss/text/text.h"
 
 #include <kel/commandcontroller.h>
 #include <kel/dynamicfactory.h>

@@ -2,7 +2,7 @@
 // truss: script
 #include "truss/script/undoredolabels.h"
 
-#include "truss/model/text.h"
+#include "truss/text/text.h"
 
 #include <kel/commandcontroller.h>
 #include <kel/translator.h>

@@ -17,18 +17,18 @@
 #include "truss/jobs/studyreport.h"
 #include "truss/jobs/studytask.h"
 #include "truss/jobs/viewjob.h"
-#include "truss/model/text.h"
+#include "truss/platform/linuxplatform.h"
 #include "truss/shell/busyindicator.h"
 #include "truss/shell/language.h"
-#include "truss/shell/linuxplatform.h"
 #include "truss/shell/mainloop.h"
 #include "truss/shell/options.h"
 #include "truss/shell/services.h"
 #include "truss/shell/wheeltask.h"
+#include "truss/text/text.h"
 
 #include <kel/args.h>
 #include <kel/parallel.h>
-#include <kel/problem.h>
+#include <kel/simpletask.h>
 #include <kel/sound.h>
 
 namespace truss
@@ -41,28 +41,17 @@ Analysis::Method chooseMethod(const Options& options)
 }
 } // namespace
 
-Application::Application()
+int Application::run()
 {
-    Services::install();
-    Language::loadCatalogue();
-}
-
-int Application::run(int argc, char** argv)
-{
-    try
-    {
-        runJobs(argc, argv);
-    }
-    catch (Problem& problem)
-    {
-        Task::onError(problem); // reported like the failure of a job
-    }
+    SimpleTask<Application>(this, &Application::runJobs).execute(); // reports any failure like that of a job
     return m_failures.getErrorCount() + m_failures.getInterruptionCount() > 0 ? 1 : 0;
 }
 
-void Application::runJobs(int argc, char** argv)
+void Application::runJobs()
 {
-    Args args(static_cast<unsigned>(argc), argv);
+    Services::install();
+    Language::loadCatalogue();
+    Args args(m_argc, m_argv);
     const Options options = Options::parse(args);
     if (options.help)
         return;
@@ -85,9 +74,9 @@ void Application::addJobs(const Options& options, JobQueue& jobs)
         jobs.add(std::make_unique<CheckJob>(m_document, fromUtf8(*options.checkMesh)));
     if (options.solve)
         jobs.add(std::make_unique<SolveJob>(m_document, chooseMethod(options)));
-    addOutput(options, jobs);
     if (options.study)
         addStudy(options, jobs);
+    addOutput(options, jobs);
     if (options.report)
         jobs.add(std::make_unique<ReportJob>(m_document, fromUtf8(*options.report)));
 }

@@ -15,19 +15,21 @@ struct Options;
 class Application
 {
 public:
-    Application();
+    Application(int argc, char** argv) : m_argc(static_cast<unsigned>(argc)), m_argv(argv) {}
 
     /// @return the exit status: 0 when all went well, 1 after a failure or an interruption.
-    int run(int argc, char** argv);
+    int run();
 
 private:
-    void runJobs(int argc, char** argv);
+    void runJobs();
     void addJobs(const Options& options, JobQueue& jobs);
     void addInput(const Options& options, JobQueue& jobs);
     void addOutput(const Options& options, JobQueue& jobs);
     void addStudy(const Options& options, JobQueue& jobs);
 
-    ConsoleStatus m_status; // first: all work reports to it
+    unsigned m_argc;
+    char** m_argv;
+    ConsoleStatus m_status; // before the others: all work reports to it
     FailureCounter m_failures;
     Document m_document;
 };

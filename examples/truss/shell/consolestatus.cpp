@@ -5,8 +5,6 @@
 #include "truss/shell/terminaltext.h"
 
 #include <algorithm>
-#include <chrono>
-#include <thread>
 
 namespace truss
 {
@@ -26,12 +24,6 @@ void ConsoleStatus::updateEvents(int percent)
     draw(percent);
     if (m_signal.take())
         setInterrupted();
-}
-
-void ConsoleStatus::sleep(unsigned int ms)
-{
-    std::this_thread::sleep_for(std::chrono::milliseconds(ms));
-    Status::sleep(ms);
 }
 
 void ConsoleStatus::setBusy(bool busy)

@@ -2,7 +2,7 @@
 // truss: shell
 #pragma once
 
-#include "truss/shell/interruptsignal.h"
+#include "truss/platform/interruptsignal.h"
 #include "truss/shell/progressline.h"
 
 #include <kel/status.h>
@@ -24,7 +24,6 @@ public:
     unsigned int getPercentComplete() override { return m_percent; }
     /// The throttled update: draws, and looks whether Ctrl-C was pressed.
     void updateEvents(int percent) override;
-    void sleep(unsigned int ms) override;
 
     /// @}
 

@@ -2,14 +2,14 @@
 // truss: shell
 #include "truss/shell/language.h"
 
-#include "truss/model/text.h"
+#include "truss/shell/catalogueloader.h"
+#include "truss/text/text.h"
 
 #include <kel/branding.h>
 #include <kel/resourcepaths.h>
 #include <kel/stringtokenizer.h>
 
 #include <langinfo.h>
-#include <wx/arrstr.h>
 #include <wx/translation.h>
 
 #include <clocale>
@@ -23,33 +23,6 @@ namespace truss
 namespace
 {
 constexpr const char* domain = "truss";
-
-/// The toolkit's own loader looks in places that only a program with windows has.
-class CatalogueLoader : public wxTranslationsLoader
-{
-public:
-    wxMsgCatalog* LoadCatalog(const wxString& name, const wxString& language) override
-    {
-        const std::string path = find(language);
-        return path.empty() ? nullptr : wxMsgCatalog::CreateFromFile(wxString::FromUTF8(path.c_str()), name);
-    }
-
-    wxArrayString GetAvailableTranslations(const wxString&) const override { return wxArrayString(); }
-
-    /// The path of the catalogue for a language; empty when there is none.
-    static std::string find(const wxString& language)
-    {
-        for (const Ztring& directory : *ResourcePaths::getSingleton())
-        {
-            const auto path = std::filesystem::path(directory.toUtf8()) / std::string(language.utf8_str()) /
-                              "LC_MESSAGES" / (std::string(domain) + ".mo");
-            std::error_code ignored;
-            if (std::filesystem::exists(path, ignored))
-                return path.string();
-        }
-        return std::string();
-    }
-};
 
 std::string getVariable(const std::string& name)
 {
@@ -75,7 +48,7 @@ wxString findLanguage(const std::string& name)
     for (const auto length : {name.find_first_of(".@"), name.find_first_of("_.@")})
     {
         const wxString language = wxString::FromUTF8(name.substr(0, length).c_str());
-        if (!language.empty() && !CatalogueLoader::find(language).empty())
+        if (!language.empty() && !CatalogueLoader::find(language, domain).empty())
             return language;
     }
     return wxString();

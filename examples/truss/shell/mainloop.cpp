@@ -3,7 +3,7 @@
 #include "truss/shell/mainloop.h"
 
 #include "truss/jobs/jobqueue.h"
-#include "truss/shell/timers.h"
+#include "truss/platform/timers.h"
 
 #include <kel/othertasks.h>
 #include <kel/tasks.h>

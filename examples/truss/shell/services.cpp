@@ -3,9 +3,9 @@
 #include "truss/shell/services.h"
 
 #include "truss/model/bulletinptr.h"
+#include "truss/platform/linuxplatform.h"
 #include "truss/shell/bell.h"
 #include "truss/shell/consolelog.h"
-#include "truss/shell/linuxplatform.h"
 
 #include <kel/appversion.h>
 #include <kel/branding.h>

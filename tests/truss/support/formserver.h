@@ -2,7 +2,7 @@
 // A real server for forms, with a parser of its own.
 #pragma once
 
-#include "truss/shell/filedescriptor.h"
+#include "truss/platform/filedescriptor.h"
 
 #include <poll.h>
 #include <spawn.h>

@@ -63,9 +63,9 @@ protected:
         return texts;
     }
 
-    bool wasInterrupted() const
+    bool wasInterrupted(const std::string& title) const
     {
-        return testing::Value(log->messages, testing::Contains(std::make_pair(Message::Info, "Interrupted: ")));
+        return testing::Value(log->messages, testing::Contains(std::make_pair(Message::Info, "Interrupted: " + title)));
     }
 
     /// A chain of many bars, so that work on it takes several steps.

@@ -2,7 +2,7 @@
 // Whether a program that was started still lives.
 #pragma once
 
-#include "truss/shell/filedescriptor.h"
+#include "truss/platform/filedescriptor.h"
 
 #include <gtest/gtest.h>
 

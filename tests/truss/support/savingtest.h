@@ -5,7 +5,7 @@
 #include <truss/support/trusstest.h>
 
 #include "truss/document/documentfile.h"
-#include "truss/shell/linuxplatform.h"
+#include "truss/platform/linuxplatform.h"
 
 #include <filesystem>
 #include <string>

@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: MIT
-// truss: shell
-#include "truss/shell/linuxplatform.h"
+// truss: platform
+#include "truss/platform/linuxplatform.h"
 
 #include "truss/document/replacement.h"
-#include "truss/model/text.h"
-#include "truss/shell/childprocess.h"
-#include "truss/shell/commandline.h"
-#include "truss/shell/durablemove.h"
-#include "truss/shell/httppost.h"
-#include "truss/shell/systemproblem.h"
+#include "truss/platform/commandline.h"
+#include "truss/platform/durablemove.h"
+#include "truss/platform/httppost.h"
+#include "truss/platform/systemproblem.h"
+#include "truss/text/text.h"
 
 #include <kel/file_kel.h>
 #include <kel/formdataposter.h>
@@ -66,11 +65,29 @@ LinuxPlatform* LinuxPlatform::getSingleton()
 void LinuxPlatform::execute(const Ztring& commandLine, bool wait, bool shell)
 {
     const Redirection redirection = std::exchange(m_redirection, Redirection());
+    std::erase_if(m_unattended, [](const ChildProcess& program) { return program.reapIfEnded(); });
+    m_unattended.reserve(m_unattended.size() + 1); // no program is started that could not be noted
     const std::string text = commandLine.toUtf8();
     ChildProcess program(shell ? std::vector<std::string>{"/bin/sh", "-c", text} : CommandLine::split(text),
                          redirection);
     if (wait)
         program.wait(m_timers);
+    else
+        m_unattended.push_back(program);
+}
+
+void LinuxPlatform::runRedirected(const Ztring& commandLine, const Kel::File& file, const Redirection& redirection)
+{
+    m_redirection = redirection; // for execute(), which run() calls
+    try
+    {
+        run(commandLine, Ztring(), file, true, false);
+    }
+    catch (...)
+    {
+        m_redirection = Redirection(); // not for another program where this one was not started
+        throw;
+    }
 }
 
 void LinuxPlatform::deleteFile(const Kel::File& file, bool quiet)

@@ -1,18 +1,16 @@
 // SPDX-License-Identifier: MIT
-// truss: shell
-#include "truss/shell/httppost.h"
+// truss: platform
+#include "truss/platform/httppost.h"
 
-#include "truss/model/text.h"
+#include "truss/platform/conversation.h"
+#include "truss/text/text.h"
 
 #include <kel/problem.h>
-#include <kel/status.h>
 #include <kel/stringtokenizer.h>
 #include <kel/translator.h>
 
 #include <curl/curl.h>
 
-#include <chrono>
-#include <exception>
 #include <memory>
 
 namespace truss
@@ -20,7 +18,6 @@ namespace truss
 namespace
 {
 constexpr long connectSeconds = 15;
-constexpr std::size_t mostReplyBytes = 1 << 20;
 
 /// The library's own state, for the life of the process.
 struct Curl
@@ -29,59 +26,22 @@ struct Curl
     ~Curl() { curl_global_cleanup(); }
 };
 
-struct Deleter
-{
-    void operator()(CURL* transfer) const { curl_easy_cleanup(transfer); }
-    void operator()(curl_slist* list) const { curl_slist_free_all(list); }
-};
-using Headers = std::unique_ptr<curl_slist, Deleter>;
-
-/// What the transfer calls back to. No exception may pass through the C library, so it is kept until the transfer ends.
-struct Conversation
-{
-    std::string reply;
-    std::exception_ptr failure;
-    std::chrono::steady_clock::time_point last = std::chrono::steady_clock::now();
-
-    // A transfer mostly waits, which takes no processor time; the status has to be told of it.
-    void checkInterrupt()
-    {
-        const auto now = std::chrono::steady_clock::now();
-        const auto waited = std::chrono::duration_cast<std::chrono::milliseconds>(now - last);
-        last += waited;
-        Status& status = Status::getSingleton();
-        status.Status::sleep(static_cast<unsigned>(waited.count()));
-        status.checkInterrupt(-1);
-    }
-};
+using Transfer = std::unique_ptr<CURL, decltype(&curl_easy_cleanup)>;
+using Headers = std::unique_ptr<curl_slist, decltype(&curl_slist_free_all)>;
 
 std::size_t receive(char* data, std::size_t size, std::size_t count, void* conversation)
 {
-    std::string& reply = static_cast<Conversation*>(conversation)->reply;
-    if (reply.size() + size * count > mostReplyBytes)
-        return 0; // ends the transfer
-    reply.append(data, size * count);
-    return size * count;
+    return static_cast<Conversation*>(conversation)->receive(data, size * count) ? size * count : 0; // 0 ends it
 }
 
 int report(void* conversation, curl_off_t, curl_off_t, curl_off_t, curl_off_t)
 {
-    auto& current = *static_cast<Conversation*>(conversation);
-    try
-    {
-        current.checkInterrupt();
-        return 0;
-    }
-    catch (...)
-    {
-        current.failure = std::current_exception();
-        return 1; // ends the transfer
-    }
+    return static_cast<Conversation*>(conversation)->goOn() ? 0 : 1; // 1 ends it
 }
 
 Headers toList(const std::string& headers)
 {
-    Headers list;
+    Headers list(nullptr, &curl_slist_free_all);
     for (StringTokenizer lines(headers, '\n'); lines.hasNext();)
     {
         curl_slist* const longer = curl_slist_append(list.get(), lines.m_token.c_str());
@@ -118,7 +78,7 @@ void HttpPost::addHeader(const std::string& name, const std::string& value)
 std::string HttpPost::send(const std::string& body) const
 {
     static const Curl s_curl;
-    const std::unique_ptr<CURL, Deleter> transfer(curl_easy_init());
+    const Transfer transfer(curl_easy_init(), &curl_easy_cleanup);
     const Headers headers = toList(m_headers);
     Conversation conversation;
     setUp(transfer.get(), m_address, body, conversation);
@@ -126,8 +86,7 @@ std::string HttpPost::send(const std::string& body) const
     curl_easy_setopt(transfer.get(), CURLOPT_HTTPHEADER, headers.get());
 
     const CURLcode result = curl_easy_perform(transfer.get());
-    if (conversation.failure)
-        std::rethrow_exception(conversation.failure);
+    conversation.rethrowFailure();
     const Ztring address = fromUtf8(m_address);
     if (result != CURLE_OK)
         Problem::throwProblem(
@@ -136,6 +95,6 @@ std::string HttpPost::send(const std::string& body) const
     curl_easy_getinfo(transfer.get(), CURLINFO_RESPONSE_CODE, &code);
     if (code < 200 || code >= 300)
         Problem::throwProblem(fill(Translator::tr("'%1' answered with status %2"), address, toText(code)));
-    return conversation.reply;
+    return conversation.getReply();
 }
 } // namespace truss

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// truss: shell
-#include "truss/shell/commandline.h"
+// truss: platform
+#include "truss/platform/commandline.h"
 
 namespace truss
 {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// truss: model
+// truss: text
 #pragma once
 
 #include <kel/ztring.h>
@@ -10,10 +10,11 @@ namespace truss
 {
 /// A translated template with its placeholders "%1", "%2", ... replaced by the values in order.
 template <class... Values>
-Ztring fill(Ztring text, const Values&... values)
+Ztring fill(const Ztring& text, const Values&... values)
 {
-    (text.argReplace(values), ...);
-    return text;
+    const Ztring filled(text); // filling is const, yet changes the text
+    (filled.argReplace(values), ...);
+    return filled;
 }
 
 /// A number as messages show it: six significant digits.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// truss: shell
+// truss: platform
 #pragma once
 
 #include <kel/autofiledelete.h>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// truss: shell
+// truss: platform
 #pragma once
 
-#include "truss/shell/filedescriptor.h"
+#include "truss/platform/filedescriptor.h"
 
 #include <memory>
 #include <vector>

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-// truss: shell
-#include "truss/shell/durablemove.h"
+// truss: platform
+#include "truss/platform/durablemove.h"
 
-#include "truss/model/text.h"
-#include "truss/shell/filedescriptor.h"
-#include "truss/shell/systemproblem.h"
+#include "truss/platform/filedescriptor.h"
+#include "truss/platform/systemproblem.h"
+#include "truss/text/text.h"
 
 #include <kel/file_kel.h>
 #include <kel/translator.h>

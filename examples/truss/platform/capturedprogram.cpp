@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-// truss: shell
-#include "truss/shell/capturedprogram.h"
+// truss: platform
+#include "truss/platform/capturedprogram.h"
 
-#include "truss/shell/linuxplatform.h"
-#include "truss/shell/temporaryfile.h"
+#include "truss/platform/linuxplatform.h"
+#include "truss/platform/temporaryfile.h"
 
 #include <kel/file_kel.h>
 #include <kel/interrupted.h>
@@ -26,11 +26,9 @@ void CapturedProgram::run(const Ztring& commandLine, const Kel::File& file)
     redirection.err = err.getFile().getPath().toUtf8();
     m_output = std::make_unique<StdOutErr>(out.release(), err.release()); // deletes both from now on
 
-    LinuxPlatform* const platform = LinuxPlatform::getSingleton();
-    platform->redirectNext(redirection);
     try
     {
-        platform->run(commandLine, Ztring(), file, true, false);
+        LinuxPlatform::getSingleton()->runRedirected(commandLine, file, redirection);
     }
     catch (const Interrupted&)
     {

@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
-// truss: shell
+// truss: platform
 #pragma once
 
-#include "truss/shell/redirection.h"
-#include "truss/shell/timers.h"
+#include "truss/platform/childprocess.h"
+#include "truss/platform/redirection.h"
+#include "truss/platform/timers.h"
 
 #include <kel/platform.h>
 
 #include <chrono>
+#include <vector>
 
 namespace truss
 {
@@ -21,8 +23,8 @@ public:
     /// Starts a program, without a shell between unless asked for. With waiting it has to end with status 0, otherwise
     /// a Problem; the user can interrupt the waiting, which ends the program.
     void execute(const Ztring& commandLine, bool wait, bool shell) override;
-    /// The standard streams of the next program that is started.
-    void redirectNext(const Redirection& redirection) { m_redirection = redirection; }
+    /// Runs a program to its end with its standard streams in files.
+    void runRedirected(const Ztring& commandLine, const Kel::File& file, const Redirection& redirection);
 
     /// Quietly: a file that cannot be deleted is no Problem then. The old file of a Replacement is left to moveFile.
     void deleteFile(const Kel::File& file, bool quiet) override;
@@ -48,7 +50,8 @@ public:
                   FormDataPoster& form, Ztring& response) override;
 
 private:
-    Redirection m_redirection;
+    Redirection m_redirection; // of the next program
+    std::vector<ChildProcess> m_unattended;
     Timers m_timers;
     std::chrono::milliseconds m_postLimit = std::chrono::minutes(2);
 };

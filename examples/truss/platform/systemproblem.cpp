@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// truss: shell
-#include "truss/shell/systemproblem.h"
+// truss: platform
+#include "truss/platform/systemproblem.h"
 
 #include <kel/problem.h>
 #include <kel/ztring.h>

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-// truss: shell
-#include "truss/shell/temporaryfile.h"
+// truss: platform
+#include "truss/platform/temporaryfile.h"
 
-#include "truss/model/text.h"
-#include "truss/shell/filedescriptor.h"
-#include "truss/shell/systemproblem.h"
+#include "truss/platform/filedescriptor.h"
+#include "truss/platform/systemproblem.h"
+#include "truss/text/text.h"
 
 #include <kel/translator.h>
 

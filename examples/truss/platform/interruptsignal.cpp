@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// truss: shell
-#include "truss/shell/interruptsignal.h"
+// truss: platform
+#include "truss/platform/interruptsignal.h"
 
 namespace truss
 {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-// truss: shell
-#include "truss/shell/timers.h"
+// truss: platform
+#include "truss/platform/timers.h"
 
-#include "truss/shell/systemproblem.h"
+#include "truss/platform/systemproblem.h"
 
 #include <kel/status.h>
 #include <kel/task.h>
@@ -23,9 +23,9 @@ namespace
 FileDescriptor startTimer(unsigned intervalMs)
 {
     FileDescriptor timer(timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC));
-    const timespec interval{intervalMs / 1000, intervalMs % 1000 * 1000000L};
+    const timespec interval{intervalMs / 1000, intervalMs == 0 ? 1 : intervalMs % 1000 * 1000000L}; // 0 would disarm it
     const itimerspec period{interval, interval};
-    if (timerfd_settime(timer.get(), 0, &period, nullptr) != 0)
+    if (timer.get() < 0 || timerfd_settime(timer.get(), 0, &period, nullptr) != 0)
         SystemProblem::throwProblem(errno, Translator::tr("Failed to start a timer"));
     return timer;
 }
@@ -45,7 +45,15 @@ void Timers::wait(unsigned mostMs, int descriptor)
     if (m_running)
         return;
     m_running = true;
-    runDue();
+    try
+    {
+        runDue();
+    }
+    catch (...)
+    {
+        m_running = false;
+        throw;
+    }
     m_running = false;
 }
 
@@ -59,7 +67,7 @@ void Timers::sleep(unsigned mostMs, int descriptor)
     const auto begin = Clock::now();
     poll(descriptors.data(), descriptors.size(), static_cast<int>(mostMs));
     const auto slept = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - begin);
-    Status::getSingleton().Status::sleep(static_cast<unsigned>(slept.count())); // only counts
+    Status::getSingleton().sleep(static_cast<unsigned>(slept.count())); // counts what was waited
 }
 
 // A task may add timers meanwhile; they are looked at next time.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// truss: shell
+// truss: platform
 #pragma once
 
 #include <sys/types.h>
@@ -22,6 +22,10 @@ public:
     /// Waits for its end, with timers going on. A program that ends otherwise than with status 0 is a Problem; when the
     /// user interrupts, the program is ended too, with all that it has started, and Interrupted is thrown.
     void wait(Timers& timers);
+
+    /// For a program that nobody waits for: gives back what the system keeps of it once it has ended. @return whether
+    /// it has; the object is of no use then.
+    bool reapIfEnded() const;
 
 private:
     void waitForEnd(Timers& timers);

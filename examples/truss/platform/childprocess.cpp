@@ -1,21 +1,19 @@
 // SPDX-License-Identifier: MIT
-// truss: shell
-#include "truss/shell/childprocess.h"
+// truss: platform
+#include "truss/platform/childprocess.h"
 
-#include "truss/model/text.h"
-#include "truss/shell/filedescriptor.h"
-#include "truss/shell/redirection.h"
-#include "truss/shell/systemproblem.h"
-#include "truss/shell/timers.h"
+#include "truss/platform/filedescriptor.h"
+#include "truss/platform/spawnsettings.h"
+#include "truss/platform/systemproblem.h"
+#include "truss/platform/timers.h"
+#include "truss/text/text.h"
 
 #include <kel/interrupted.h>
 #include <kel/status.h>
 #include <kel/timer.h>
 #include <kel/translator.h>
 
-#include <fcntl.h>
 #include <poll.h>
-#include <spawn.h>
 #include <sys/wait.h>
 
 extern "C" // which the header of Debian 12 leaves out
@@ -35,47 +33,6 @@ namespace
 /// The time that a program has to end by itself once it is asked to.
 constexpr int graceMs = 500;
 
-/// What is done to the descriptors between starting the process and running the program.
-class FileActions
-{
-public:
-    FileActions() { posix_spawn_file_actions_init(&m_actions); }
-    FileActions(const FileActions&) = delete;
-    FileActions& operator=(const FileActions&) = delete;
-    ~FileActions() { posix_spawn_file_actions_destroy(&m_actions); }
-
-    void open(int descriptor, const std::string& path, int flags)
-    {
-        if (!path.empty())
-            posix_spawn_file_actions_addopen(&m_actions, descriptor, path.c_str(), flags, 0600);
-    }
-
-    const posix_spawn_file_actions_t* get() const { return &m_actions; }
-
-private:
-    posix_spawn_file_actions_t m_actions;
-};
-
-/// Makes the process the first of a group, to which all that it starts belongs too.
-class GroupAttribute
-{
-public:
-    GroupAttribute()
-    {
-        posix_spawnattr_init(&m_attributes);
-        posix_spawnattr_setflags(&m_attributes, POSIX_SPAWN_SETPGROUP);
-        posix_spawnattr_setpgroup(&m_attributes, 0);
-    }
-    GroupAttribute(const GroupAttribute&) = delete;
-    GroupAttribute& operator=(const GroupAttribute&) = delete;
-    ~GroupAttribute() { posix_spawnattr_destroy(&m_attributes); }
-
-    const posix_spawnattr_t* get() const { return &m_attributes; }
-
-private:
-    posix_spawnattr_t m_attributes;
-};
-
 std::vector<char*> toArguments(std::vector<std::string>& words)
 {
     std::vector<char*> arguments;
@@ -89,13 +46,10 @@ std::vector<char*> toArguments(std::vector<std::string>& words)
 ChildProcess::ChildProcess(const std::vector<std::string>& words, const Redirection& redirection)
     : m_name(words.empty() ? std::string() : words.front())
 {
-    FileActions actions;
-    actions.open(STDIN_FILENO, redirection.in, O_RDONLY);
-    actions.open(STDOUT_FILENO, redirection.out, O_WRONLY | O_CREAT | O_TRUNC);
-    actions.open(STDERR_FILENO, redirection.err, O_WRONLY | O_CREAT | O_TRUNC);
+    const SpawnSettings settings(redirection);
     auto copies = words;
-    const int error =
-        posix_spawnp(&m_id, m_name.c_str(), actions.get(), GroupAttribute().get(), toArguments(copies).data(), environ);
+    const int error = posix_spawnp(&m_id, m_name.c_str(), settings.getFileActions(), settings.getAttributes(),
+                                   toArguments(copies).data(), environ);
     if (error != 0)
         SystemProblem::throwProblem(error, fill(Translator::tr("Failed to start '%1'"), fromUtf8(m_name)));
 }
@@ -120,7 +74,7 @@ void ChildProcess::waitForEnd(Timers& timers)
     if (process.get() < 0)
         SystemProblem::throwProblem(errno, fill(Translator::tr("Failed to wait for '%1'"), fromUtf8(m_name)));
     pollfd ended{process.get(), POLLIN, 0}; // can be read from the end of the process on
-    while (poll(&ended, 1, 0) == 0)
+    while (poll(&ended, 1, 0) != 1)         // a signal may end the call early
     {
         timers.wait(Timer::INTERVAL, process.get());
         Status::getSingleton().checkInterrupt(-1);
@@ -145,6 +99,11 @@ void ChildProcess::checkEnd(int status) const
         WIFEXITED(status) ? Translator::tr("'%1' ended with status %2") : Translator::tr("'%1' was ended by signal %2");
     const int code = WIFEXITED(status) ? WEXITSTATUS(status) : WTERMSIG(status);
     Problem::throwProblem(fill(message, fromUtf8(m_name), toText(code)));
+}
+
+bool ChildProcess::reapIfEnded() const
+{
+    return waitpid(m_id, nullptr, WNOHANG) != 0;
 }
 
 int ChildProcess::reap() const
