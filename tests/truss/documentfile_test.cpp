@@ -71,7 +71,7 @@ TEST_F(DocumentFile, SavedAndOpenedModelIsTheSame)
 TEST_F(DocumentFile, SavedOpenedAndSavedAgainIsTheSameBytesButForTheTime)
 {
     importData("tenbar.csv");
-    import("node,odd,0.1,-1e-300,0.30000000000000004\nnode,Brücke über den Fluß,1e300,3,4\n");
+    import("node,odd,0.1,-1e-300,0.30000000000000004\nnode,\"Brücke über den Fluß\",1e300,3,4\n");
     edit("delete n3");
     edit("area b4 0.1");
     document.undo();
