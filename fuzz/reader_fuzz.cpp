@@ -65,14 +65,22 @@ std::string describe(const Objects& objects)
     return description.getText();
 }
 
-void expectBounded(const std::string& stream)
+std::size_t measure(const std::string& stream)
 {
     const memorypeak::Meter meter;
     open(stream);
-    // A record takes at least four bytes, and an object some hundreds.
-    EXPECT_PROPERTY(meter.getPeak() < 65536 + 1000 * stream.size());
+    const std::size_t peak = meter.getPeak();
     Persistable::deleteAll();
     EXPECT_PROPERTY(Persistable::getCount() == 0);
+    return peak;
+}
+
+/// A record takes at least four bytes, and an object some hundreds. What grows now and then with the process, such as
+/// the table of the named keys, grows only once for a stream.
+void expectBounded(const std::string& stream)
+{
+    const std::size_t bound = 65536 + 1000 * stream.size();
+    EXPECT_PROPERTY(measure(stream) < bound || measure(stream) < bound);
 }
 
 void expectSameWhenDripping(const std::string& stream, const Opened& opened)
