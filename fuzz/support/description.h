@@ -8,10 +8,10 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <cstdio>
 #include <cstdlib>
 #include <limits>
 #include <map>
-#include <sstream>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -26,22 +26,28 @@ public:
     void enter(const Bulletin* object) { m_numbers.emplace(object, m_numbers.size() + 1); }
 
     template <class T>
-    Description& add(const T& value)
+    requires std::is_arithmetic_v<T> Description& add(T value)
     {
         if constexpr (std::is_floating_point_v<T>)
-            addReal(value);
+            return addReal(value, std::numeric_limits<T>::min());
         else
-            m_text << value;
-        m_text << ' ';
+            return add(std::to_string(value));
+    }
+
+    Description& add(const std::string& text)
+    {
+        m_text.append(text) += ' ';
         return *this;
     }
+
+    Description& add(const char* text) { return add(std::string(text)); }
 
     Description& add(const Ztring& text) { return add(text.toUtf8()); }
 
     Description& add(const BulletinKey& key)
     {
         const auto number = m_keys.emplace(key.getNumber(), m_keys.size()).first->second;
-        return key.getName().empty() ? add('#').add(number) : add(key.getName());
+        return key.getName().empty() ? add("#").add(number) : add(key.getName());
     }
 
     Description& addReference(const Bulletin* object) { return add(object ? m_numbers.at(object) : 0); }
@@ -52,7 +58,7 @@ public:
     {
         for (const Bulletin* bulletin : bulletins)
             addReference(bulletin);
-        return add('.');
+        return add(".");
     }
 
     /// In whatever order.
@@ -65,23 +71,22 @@ public:
         std::sort(numbers.begin(), numbers.end());
         for (const std::size_t number : numbers)
             add(number);
-        return add('.');
+        return add(".");
     }
 
-    std::string getText() const { return m_text.str(); }
+    const std::string& getText() const { return m_text; }
 
 private:
-    /// So close to 0 there are fewer digits than are written.
-    template <class T>
-    void addReal(T value)
+    /// So close to 0 as `smallest` there are fewer digits than are written.
+    Description& addReal(long double value, long double smallest)
     {
-        std::ostringstream text;
-        text << value;
-        const bool isTiny = std::abs(std::strtold(text.str().c_str(), nullptr)) < 10.0L * std::numeric_limits<T>::min();
-        m_text << (isTiny && value != 0 ? "tiny" : text.str());
+        char text[32];
+        std::snprintf(text, sizeof text, "%.6Lg", value);
+        const bool isTiny = value != 0 && std::abs(std::strtold(text, nullptr)) < 10 * smallest;
+        return add(isTiny ? "tiny" : text);
     }
 
     std::map<const Bulletin*, std::size_t> m_numbers;
     std::map<unsigned, std::size_t> m_keys;
-    std::ostringstream m_text;
+    std::string m_text;
 };
