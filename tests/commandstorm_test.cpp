@@ -8,6 +8,8 @@
 #include <kel/receiver.h>
 #include <kel/undoredostate.h>
 
+#include "support/tally.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -276,15 +278,19 @@ private:
     std::vector<std::pair<std::string, std::string>> m_heard;
     std::vector<std::pair<std::string, std::string>> m_expectedToHear;
 };
+
+Tally s_rounds("rounds without a difference from the model");
 } // namespace
 
 TEST(CommandStorm, StacksAndAnnouncementsAreThoseOfTheModel)
 {
     for (unsigned round = 0; round < getRounds(20000);)
     {
+        const unsigned first = round;
         Storm storm(round);
         for (int i = 0; i < 200; ++i, ++round)
             storm.blow();
         ASSERT_EQ(storm.getDifferences(), 0u) << "before round " << round;
+        s_rounds.add(round - first);
     }
 }

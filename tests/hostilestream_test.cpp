@@ -10,6 +10,7 @@
 #include "support/problem.h"
 #include "support/streambuffers.h"
 #include "support/streams.h"
+#include "support/tally.h"
 #include "support/teststatus.h"
 
 #include <gtest/gtest.h>
@@ -76,8 +77,11 @@ struct Ending
     std::size_t memory = 0;
 };
 
+Tally s_streams("hostile streams");
+
 Ending open(std::istream& in)
 {
+    s_streams.add();
     Ending ending;
     const memorypeak::Meter meter;
     try

@@ -13,6 +13,7 @@
 #include "support/installed.h"
 #include "support/persistable.h"
 #include "support/streams.h"
+#include "support/tally.h"
 #include "support/temporarydirectory.h"
 #include "support/testplatform.h"
 #include "support/teststatus.h"
@@ -27,6 +28,8 @@
 namespace
 {
 constexpr std::size_t s_objects = 20;
+
+Tally s_interrupts("interrupts");
 
 class InterruptSweep : public testing::Test
 {
@@ -62,6 +65,7 @@ protected:
             status->interruptAt(0);
             if (!interrupted)
                 return number - 1;
+            s_interrupts.add();
             check(number);
             if (HasFailure())
                 return number;
@@ -221,6 +225,7 @@ TEST_F(InterruptSweep, InterruptedCommandIsUndoneAndRedoneAsFarAsItRan)
             CommandController controller;
             TestStatus& shown = status.emplace();
             shown.interruptAt(number);
+            s_interrupts.add();
             controller.execute(new CountMany(document, shown));
             const int done = static_cast<int>(number);
             EXPECT_EQ(document, done);

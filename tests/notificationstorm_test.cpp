@@ -6,6 +6,8 @@
 #include <kel/observer.h>
 #include <kel/problem.h>
 
+#include "support/tally.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -308,6 +310,8 @@ private:
     unsigned m_calls = 0;
     bool m_isCalm = false;
 };
+
+Tally s_rounds("rounds without a difference from the model");
 } // namespace
 
 TEST(NotificationStorm, CallsAndLinksAreThoseOfTheModel)
@@ -315,10 +319,12 @@ TEST(NotificationStorm, CallsAndLinksAreThoseOfTheModel)
     unsigned calls = 0;
     for (unsigned round = 0; round < getRounds(2000);)
     {
+        const unsigned first = round;
         Storm storm(round);
         for (int i = 0; i < 50; ++i, ++round)
             storm.blow();
         ASSERT_EQ(storm.getDifferences(), 0u) << "before round " << round;
+        s_rounds.add(round - first);
         calls += storm.getCalls();
     }
     EXPECT_GT(calls, getRounds(2000));

@@ -26,6 +26,7 @@
 #include "support/installed.h"
 #include "support/persistable.h"
 #include "support/recorder.h"
+#include "support/tally.h"
 #include "support/temporarydirectory.h"
 #include "support/testlog.h"
 #include "support/testplatform.h"
@@ -91,6 +92,8 @@ std::string caughtBy(const std::function<void()>& action)
     return s_nothing;
 }
 
+Tally s_exceptions("exceptions");
+
 /// Throws at its call with a given number, counted from 1; at none for 0.
 class Bomb
 {
@@ -106,6 +109,7 @@ public:
     {
         if (m_left == 0 || --m_left != 0)
             return;
+        s_exceptions.add();
         switch (m_kind)
         {
         case Kind::Problem:

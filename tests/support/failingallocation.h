@@ -5,6 +5,8 @@
 
 #include <kel/problem.h>
 
+#include "tally.h"
+
 #include <gtest/gtest.h>
 
 #include <cstddef>
@@ -60,8 +62,7 @@ public:
         std::free(block);
     }
 
-    /// The number of failures tried in this process.
-    static inline std::size_t s_tried = 0;
+    static inline Tally s_failures{"failing allocations"};
 
 private:
     static bool isDue()
@@ -128,8 +129,7 @@ std::size_t failEachAllocation(Make make, Act act, Check check)
                 return failures;
         }
     }
-    FailingAllocation::s_tried += failures;
-    testing::Test::RecordProperty("failures", std::to_string(FailingAllocation::s_tried));
+    FailingAllocation::s_failures.add(failures);
     return failures;
 }
 
