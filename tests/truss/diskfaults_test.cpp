@@ -122,7 +122,7 @@ protected:
         constexpr std::size_t page = 4096;
         const std::size_t oldPages = old.size() / page + 1;
         const std::size_t newPages = edited.size() / page + 1;
-        if (unshare(CLONE_NEWNS) != 0 && unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0)
+        if (unshare(CLONE_NEWNS) != 0)
             return noFileSystem;
         mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr);
         for (std::size_t pages = oldPages; pages < oldPages + newPages + 3; ++pages)
