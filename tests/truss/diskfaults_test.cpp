@@ -3,18 +3,23 @@
 #include <truss/support/faultydisk.h>
 #include <truss/support/savingtest.h>
 
+#include <support/tally.h>
+
 #include <sched.h>
 #include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <csignal>
+#include <cstdio>
 #include <cstring>
-#include <iostream>
 
 namespace
 {
 using Fault = FaultyDisk::Fault;
+
+Tally s_faults("faults of the disk");
 
 /// While it lives, a resource of the process is limited.
 class Limit
@@ -111,7 +116,9 @@ protected:
         {
             EXPECT_FALSE(hasTemporary());
         }
-        return calls.size() >= plan.number;
+        const bool isMet = calls.size() >= plan.number;
+        s_faults.add(isMet ? 1 : 0);
+        return isMet;
     }
 
     static constexpr int noFileSystem = 77;
@@ -168,6 +175,7 @@ TEST_F(DiskFaults, ALimitOfTheFileSizeLeavesTheOldFileWhereverItIs)
             const Limit full(RLIMIT_FSIZE, limit);
             message = trySave();
         }
+        s_faults.add();
         EXPECT_EQ(message, failedToSave()) << limit;
         expectOldFileAlone();
     }
@@ -252,8 +260,6 @@ TEST_F(DiskFaults, AnyCallThatFailsLeavesTheOldFileOrTheNewOneAndSaysWhich)
         for (const bool onwards : {false, true})
             count += sweep({.fault = Fault::Fail, .error = error, .onwards = onwards});
     }
-    std::cout << count << " failing calls\n";
-    RecordProperty("faults", std::to_string(count));
     EXPECT_GT(count, 200u);
 }
 
@@ -292,11 +298,11 @@ TEST_F(DiskFaults, AFileThatCannotBeReadIsRefusedAtWhicheverRead)
             if (calls[number - 1].name != "read")
                 continue;
             ++reads;
+            s_faults.add();
             EXPECT_EQ(message.rfind("Failed to read file: '" + directory / "a.truss" + "'\n", 0), 0u) << message;
             last = message;
         }
     }
-    std::cout << reads << " failing reads\n";
     EXPECT_GT(reads, 6u);
     EXPECT_EQ(last, "Failed to read file: '" + directory / "a.truss" + "'\nThe file cannot be read to its end")
         << "the read that finds the end";

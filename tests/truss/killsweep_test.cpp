@@ -4,17 +4,20 @@
 #include <truss/support/faultydisk.h>
 #include <truss/support/savingtest.h>
 
+#include <support/tally.h>
+
 #include "truss/document/leftover.h"
 
 #include <sys/wait.h>
 
 #include <algorithm>
-#include <iostream>
 #include <set>
 
 namespace
 {
 using Fault = FaultyDisk::Fault;
+
+Tally s_points("points of a save at which it was killed");
 
 bool isWrite(const FaultyDisk::Call& call)
 {
@@ -53,6 +56,7 @@ protected:
         int end = 0;
         ASSERT_EQ(waitpid(process, &end, 0), process);
         ASSERT_TRUE(WIFSIGNALED(end) && WTERMSIG(end) == SIGKILL);
+        s_points.add();
     }
 
     /// Expects a.truss to be the old file or the new one, and to open; that is found out once for the same bytes.
@@ -100,8 +104,6 @@ TEST_F(KillSweep, TheOldFileOrTheNewOneOpensWhereverTheSaveIsKilled)
         isReplaced = isReplaced || calls[i].name == "rename";
         tryPoint({.fault = Fault::KillAfter, .number = i + 1}, isReplaced);
     }
-    std::cout << points << " points in " << calls.size() << " calls\n";
-    RecordProperty("points", std::to_string(points));
     EXPECT_GE(points, 200u);
 }
 
