@@ -14,6 +14,7 @@
 ///     Tasks::getSingleton()->add(batch);
 ///
 /// A failing sub-task is reported like any other and does not stop the batch; an interrupt does (see performAction).
+/// The Status must exist.
 class KEL_API BatchTask : public Task
 {
 public:
@@ -23,7 +24,7 @@ public:
     /// As cleanUp.
     ~BatchTask() override;
 
-    /// Appends a sub-task, which the batch owns from then on.
+    /// Appends a sub-task, which the batch owns from then on. It must not be null, which is not checked.
     void add(Task* task);
 
     /// Whether there is a sub-task left to run.

@@ -72,6 +72,8 @@ public:
     virtual bool canClone() const;
     /// The text registered under this bulletin's key; empty when there is none.
     virtual Ztring getToolTip();
+    /// The same for a const object: calls the one above, which is the one to override, with a using declaration for
+    /// this one, which it would hide.
     Ztring getToolTip() const;
 
     /// Registers a text under this bulletin's key, for all bulletins of that key. The first text stays; an empty one

@@ -19,7 +19,7 @@
 ///     Bulletin* load = model.getPtr("Load");                  // null when absent
 ///     for (const auto& [number, bulletin] : model)            // in the order in which the keys were first made
 ///         bulletin->notifyChanged();
-///     std::unique_ptr<Bulletin> mine(model.removeByKey("Load")); // observers hear removed(), the caller owns it
+///     AutoDelete mine(model.removeByKey("Load"));             // observers hear removed(), the caller owns it
 ///
 /// The board destroys what it holds when it dies (deleteAll). Its observers are told after the change is done and may
 /// change the board, or destroy it: no operation touches the board after they were told, but for addOrReplace and
@@ -79,11 +79,13 @@ public:
 
     /// As add(), under another key than the bulletin's own.
     void add(const BulletinKey& key, Bulletin* obj);
-    /// As remove() of the bulletin under the key. That the key is on the board is not checked.
+    /// As remove() of the bulletin under the key. That the key is on the board is not checked. What goes is the entry
+    /// under the bulletin's own key: one that was added under another is taken off with removeIgnoreKey.
     Bulletin* removeByKey(const BulletinKey& key);
 
     bool hasKey(const BulletinKey& key) const;
-    /// The bulletin under the key, or null. The board goes on owning it.
+    /// The bulletin under the key, or null. The board goes on owning it. A key made here from a name registers that
+    /// name for good.
     Bulletin* getPtr(const BulletinKey& key) const;
     /// The bulletin under the first of several names that is on the board, or null. Names are separated by "|"; every
     /// name tried becomes known to NamedKeys.

@@ -13,6 +13,8 @@ class Writer;
 
 /// Identity under which a Bulletin lives on a BulletinBoard: one number, optionally with a name.
 ///
+/// A name in a stream ends at its first zero byte on reading, so names must have none.
+///
 /// Names live in the NamedKeys registry and not in the key, so a key is as cheap to copy as its number. Numbers are
 /// handed out in increasing order, the first is 1; they differ from run to run and never go into a file as such.
 ///

@@ -22,10 +22,12 @@ class KEL_API Command : public Memento
 {
 public:
     /// Asked after execute, before undo and after redo. A command that answers false is executed once, then deleted,
-    /// and never reaches a stack. The base answers true.
+    /// and never reaches a stack. The base answers true. It must not throw: after execute and redo the command would be
+    /// deleted although it is done.
     virtual bool isUndoable() const { return true; }
 
     /// Asked whenever the stacks are announced, while the command is on top of one: the text behind "Undo" or "Redo"
-    /// in a menu. An empty label makes the menu show nothing to undo or redo.
+    /// in a menu. An empty label makes the menu show nothing to undo or redo. What it throws passes out of the
+    /// operation that has changed the stacks already.
     virtual Ztring getLabel() const = 0;
 };

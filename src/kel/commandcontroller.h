@@ -13,8 +13,9 @@ class UndoRedoState;
 /// Executes the user's commands and keeps the undo and redo stacks.
 ///
 /// Every change of the stacks that a user can see is announced with a ChangedNotifier whose "how" is an
-/// UndoRedoState; what an observer throws then passes out, with the stacks already changed. Commands may use the
-/// controller from inside their own operations: a command executed by another one ends up below it.
+/// UndoRedoState; what an observer throws then passes out, with the stacks already changed, and in the place of what a
+/// failing command threw. Commands may use the controller from inside their own operations: a command executed by
+/// another one ends up below it.
 ///
 ///     CommandController& controller = DynamicFactory::getSingleton().getOrCreate<CommandController>();
 ///     controller.setMaximumUndo(100);
@@ -79,7 +80,8 @@ public:
     void clearUndo();
     void clearRedo();
 
-    /// Deletes the commands of both stacks, those of the undo stack first, and announces the change.
+    /// Deletes the commands of both stacks, those of the undo stack first, and announces the change. A command that is
+    /// just being executed, undone or redone is on no stack, is not reached, and goes to its stack afterwards.
     void clear();
 
     /// Deletes the commands of a queue from front to back, passing over null, and empties it.

@@ -14,9 +14,9 @@ class File;
 
 /// Writes and reads single fields of a file of comma-separated values.
 ///
-/// It is named for a file but works on the streams that it is given. Lines are the caller's: the writer puts a comma
-/// after every field, the last of a line included, and the caller writes the line end; the reader ends a field at a
-/// comma or a line feed and does not tell which.
+/// It is named for a file, which it does not use, and works on the streams that it is given. Lines are the caller's:
+/// the writer puts a comma after every field, the last of a line included, and the caller writes the line end; the
+/// reader ends a field at a comma or a line feed and does not tell which.
 class KEL_API Csv
 {
 public:

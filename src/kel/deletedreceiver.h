@@ -12,7 +12,8 @@ class KEL_API DeletedReceiver
 public:
     virtual ~DeletedReceiver();
 
-    /// The object is whole and is deleted right after all were told. It must not be destroyed from here.
+    /// The object is whole and is deleted right after all were told. A receiver may do that itself, with
+    /// Bulletin::destroy: the others are not told then, and the deletion that was asked for is done.
     virtual void deleted(Bulletin& obj) = 0;
 
 protected:

@@ -17,7 +17,8 @@ class File;
 /// Opens a saved file for reading.
 ///
 ///     FileReader file;
-///     std::unique_ptr<Serializable> root(file.open(Kel::File("model.x"), true)->perform());
+///     auto* const model = dynamic_cast<Model*>(file.open(Kel::File("model.x"), true)->perform());
+///     documents.add(model); // a board, which owns it from then on
 class KEL_API FileReader
 {
 public:

@@ -17,13 +17,20 @@ class File;
 /// Saves a file safely: everything is written to a temporary file beside the target, which replaces the target only
 /// when it is complete.
 ///
+///     const Kel::File target("model.x");
 ///     FileWriter file;
-///     file.open(Kel::File("model.x"), true)->writeObj(&root); // writes model.x.tmp
-///     file.close();                                           // replaces model.x
+///     Writer* const writer = file.open(target, true); // writes model.x.tmp
+///     writer->getOut().precision(17);                 // else doubles keep six digits
+///     writer->writeObj(&root);
+///     if (!writer->getOut().flush())                  // a full disk; without this test close() deletes the old file
+///         target.throwWritingCorrupt();
+///     file.close();                                   // replaces model.x
 ///
 /// If anything throws before `close`, the destructor deletes the temporary file and the old target stays as it was.
 /// Files are deleted and moved by the application's Platform, which must be installed. The state of the output stream
-/// is not tested: a full disk goes unnoticed here. docs/saving.md shows what an application adds to lose nothing then.
+/// is not tested: a full disk goes unnoticed unless the caller looks at it, as above. docs/saving.md shows what else an
+/// application adds to lose nothing. A target must not be saved again inside its own save (by an event that
+/// Status::updateEvents processes): both would write the one temporary file.
 class KEL_API FileWriter
 {
 public:

@@ -38,7 +38,7 @@ public:
     void addFile(const Ztring& name, const Ztring& fileName, const Ztring& contentType, const Array<char>& data);
 
     /// Appends a file part with the bytes of a file, and calls Status::checkInterrupt with -1 after each block of up to
-    /// 4096 bytes.
+    /// 4096 bytes, for which the Status must exist.
     ///
     /// A file that cannot be opened throws "Failed to open file: '%1'" and leaves the body as it was. An Interrupted
     /// leaves part of the file in the body; the poster is of no use any more.

@@ -19,6 +19,7 @@ namespace Kel
 ///
 ///     class ConsoleLog : public Kel::Log
 ///     {
+///         using Kel::Log::append; // the one for a Problem, which would be hidden
 ///         void append(const Ztring& text, Message::Type) override { std::cerr << text << '\n'; }
 ///     };
 ///
@@ -36,7 +37,8 @@ public:
     /// The key "Kel::Log".
     static const BulletinKey& getStaticKey();
 
-    /// The log on the DynamicFactory board, which owns it. Makes a silent one there when it has none.
+    /// The log on the DynamicFactory board, which owns it. Makes a silent one there when it has none. Another bulletin
+    /// under its key fails with the assertion "!hasKey(key)".
     static Log* getSingleton();
 
     /// Called for every message, in the order in which they arise; the override shows or stores it. The base does

@@ -25,7 +25,7 @@ public:
     /// The queue that the process uses; it lives until exit.
     static OtherTasks* getSingleton();
 
-    /// Appends a task, which the queue owns from then on.
+    /// Appends a task, which the queue owns from then on. It must not be null, which is not checked.
     void add(Task* task);
 
     /// Runs one step of one task and returns whether the queue is still not empty; false for an empty queue.

@@ -77,7 +77,7 @@ public:
     /// Logs thread count and task size, restarts the timer and returns true; false when inactive.
     bool report(unsigned int threads, unsigned int taskSize);
 
-    /// Counts the duration from now on.
+    /// Counts the duration from now on; does nothing when inactive.
     void restartTimer();
 
     /// The thread count of the Parallel settings.

@@ -27,12 +27,15 @@ class CrossCast;
 ///
 ///     std::ifstream in("model.x", std::ios::binary);
 ///     Reader reader(in, "Model", false);
-///     std::unique_ptr<Serializable> root(reader.perform());
+///     auto* const model = dynamic_cast<Model*>(reader.perform());
+///     documents.add(model); // a board, which owns it from then on
 ///
 /// Reading comes first: every object is made by the creator of its class and reads its own data; a reference is
 /// then only an id, held in the pointer slot itself. Fixing comes second: each object's `fixup` turns its ids into
 /// pointers with fix. Objects of a class that this run does not know are skipped with the rest of their line, and
 /// references to them become null.
+///
+/// Reading asks the Status about an interrupt, so there must be one even where no progress is shown.
 ///
 /// Every failure is a Problem: damaged input ends in one of the messages below and takes no more memory than in
 /// proportion to the bytes that are there. On a failure the objects made so far are not deleted; nor are, ever,
@@ -44,7 +47,8 @@ class KEL_API Reader : public BulletinBoard
 {
 public:
     /// Thrown where an object is to be dropped: by getCreator for an unknown class, and by an object's `read`. The
-    /// object is deleted, the rest of its line is skipped and references to it become null.
+    /// object is deleted, the rest of its line is skipped and references to it become null. An object must throw it
+    /// before it has read the end of its line, for the next line would be skipped otherwise.
     class KEL_API Skip
     {
     };

@@ -13,7 +13,8 @@ class KEL_API RemovedReceiver
 public:
     virtual ~RemovedReceiver();
 
-    /// The object is off the board and not deleted; it belongs to whoever removed it.
+    /// The object is off the board and not deleted; it belongs to whoever removed it, and is not destroyed from here
+    /// by one who merely hears of it.
     virtual void removed(BulletinBoard& board, Bulletin& obj) = 0;
 
 protected:

@@ -41,7 +41,8 @@ public:
     /// overrides it: the base fails with the assertion "false".
     virtual SerializableCreator* getCreator();
 
-    /// Writes the object's own data. Called once for each stream, whatever the number of references.
+    /// Writes the object's own data. Called once for each stream, whatever the number of references. Settings of the
+    /// stream that it changes (std::hex) are put back before it returns: the next object's ids follow them, too.
     virtual void write(Writer& writer);
 
     /// Reads what `write` wrote, into an object that its creator has just made. References are only ids as yet

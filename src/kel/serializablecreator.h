@@ -12,7 +12,7 @@ class Serializable;
 ///
 /// One creator exists for each class, usually as a static object of the module that defines the class, and
 /// registers itself under its name in SerializableCreators. The name is unique in the process and must never
-/// change once files exist.
+/// change once files exist. Reading ends a text at its first zero byte, so the name must have none.
 ///
 ///     class NodeCreator : public SerializableCreator
 ///     {
@@ -21,6 +21,9 @@ class Serializable;
 ///         Serializable* create() override { return new Node(); }
 ///     };
 ///     static NodeCreator s_creator;
+///
+/// A creator that registers itself while a SerializableCreators::Rollback is active is deleted if that rolls back: it
+/// must have been made with `new`, and its module must not use it, nor delete it, afterwards.
 class KEL_API SerializableCreator
 {
 public:

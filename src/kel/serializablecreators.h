@@ -16,7 +16,7 @@ class SerializableCreator;
 /// loading fails:
 ///
 ///     SerializableCreators::Rollback rollback(true);
-///     load(module); // the creators of the module register themselves
+///     load(module); // where `new NodeCreator` and others register themselves
 ///     rollback.clear();
 class KEL_API SerializableCreators
 {
@@ -53,6 +53,9 @@ private:
 };
 
 /// Takes back every registration made while it was active, unless it is cleared first.
+///
+/// What it takes back it deletes: creators that register themselves meanwhile must have been made with `new`, and
+/// belong to the registry until the rollback is cleared.
 ///
 /// It lists the names in the order they were registered. Destroying any rollback, also a cleared or a disabled
 /// one, ends the active one: keep one alive at a time.

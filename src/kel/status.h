@@ -52,7 +52,8 @@ public:
     /// at once; an override waits and calls the base, so that the time counts as elapsed.
     virtual void sleep(unsigned int ms);
 
-    /// Called when work enters a new phase, with a text for the status line. The base does nothing.
+    /// Called when work enters a new phase, with a text for the status line. The base does nothing. A class that
+    /// overrides one setStatus hides the other, unless it says `using Status::setStatus`.
     virtual void setStatus(const Ztring& text);
 
     /// As setStatus(const Ztring&), with the percentage that the phase starts at. The base does nothing.

@@ -26,6 +26,8 @@ class OwnedElement;
 ///             event.requestMore();
 ///     }
 ///
+/// The end of a run needs the Status, which must exist then.
+///
 /// Failures of tasks do not reach the queue (see Task::execute). What repeat, a listener or the sound throws passes
 /// out of the call that ran the step; the queue stays usable, and a task that has not run yet keeps its place.
 class KEL_API Tasks : public Bulletin
@@ -47,7 +49,7 @@ public:
     /// told: one that is detached is not told any more, one that is attached hears the next notification.
     /// @{
 
-    /// Appends a listener and tells it at once whether the queue is busy.
+    /// Appends a listener and tells it at once whether the queue is busy. It stays attached if it throws then.
     void attach(TasksListener* listener);
 
     /// Removes a listener. That it is attached is not checked: in its place the last one attached would go.
@@ -56,7 +58,7 @@ public:
     /// Tells every listener whether the queue is busy. Observers of this object are not notified.
     void notifyChanged() override;
 
-    /// Leaves notifyChanged to a task on the OtherTasks queue.
+    /// Leaves notifyChanged to a task on the OtherTasks queue, which this object must outlive.
     void notifyChangedLater();
 
     /// Asks every listener to enable or disable its menus. Dropped while the queue is busy, so that menus stay as the
@@ -67,7 +69,8 @@ public:
     /// @name Work
     /// @{
 
-    /// Appends a task, which the queue owns from then on; nothing runs now.
+    /// Appends a task, which the queue owns from then on; nothing runs now. It must not be null, which is not checked,
+    /// here and below.
     void add(Task* task);
 
     /// Appends a task and runs the whole queue until it is empty, tasks waiting before it first. Called from inside a

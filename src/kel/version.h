@@ -31,7 +31,7 @@ public:
     static Version* create(unsigned major, unsigned minor, unsigned patch, const BulletinKey& key);
 
     /// The version of a component that is recorded in the reader's stream; 0.0.0 where there is none, never null. Lives
-    /// as long as the reader.
+    /// as long as the reader. Not to be changed: the 0.0.0 is one that all share.
     static Version* getFrom(Reader& reader, const BulletinKey& key);
 
     /// The key, then the three numbers. Written inline, not as an object of its own.

@@ -29,6 +29,7 @@ class NumberTable;
 ///
 ///     std::ofstream out("model.x", std::ios::binary);
 ///     Writer writer(out, "Model 1.0", false);
+///     out.precision(17); // else doubles keep six digits
 ///     writer.writeObj(&root);
 ///
 /// Objects write themselves in Serializable::write through the same writer, where writeObj writes a reference:
@@ -66,7 +67,9 @@ public:
     void writeObj(Serializable* object);
 
     /// Writes a number in the stream's default formatting, and the separator. Provided for every arithmetic type;
-    /// bool is written as 0 or 1, a character as its code.
+    /// bool is written as 0 or 1, a character as its code. Real numbers keep six digits unless the stream is given a
+    /// higher precision (17 brings back every double). Infinity and NaN are written, but reading them fails with
+    /// "Invalid stream".
     /// For Ztring, writes a counted string: the length of its UTF-8 in bytes, the bytes, each with a separator.
     template <class T>
     requires(std::is_arithmetic_v<T> || std::is_same_v<T, Ztring>) Writer& write(const T& value);
