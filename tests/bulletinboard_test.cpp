@@ -181,6 +181,16 @@ TEST_F(BulletinBoardTest, AddUnderATakenKeyThrowsAndKeepsTheFirst)
     EXPECT_TRUE(m_story.empty());
 }
 
+TEST_F(BulletinBoardTest, AdoptsOrDeletes)
+{
+    const BulletinKey key;
+    Tracked& first = m_board.adopt(std::make_unique<Tracked>(m_story, "first", key));
+    EXPECT_EQ(m_board.getPtr(key), &first);
+    EXPECT_ASSERTION(m_board.adopt(std::make_unique<Tracked>(m_story, "second", key)), "!hasKey(key)");
+    EXPECT_EQ(m_board.getPtr(key), &first);
+    EXPECT_EQ(m_story, Story{"~second"});
+}
+
 TEST_F(BulletinBoardTest, AddsUnderAnotherKey)
 {
     m_recorder.observe(m_board);
@@ -565,6 +575,27 @@ TEST_F(BulletinBoardTest, DeleteAllToleratesObserversThatChangeTheBoard)
     EXPECT_TRUE(m_board.empty());
     EXPECT_EQ(m_story,
               (Story{"first?", "first!", "second?", "second!", "~second", "~first", "third?", "third!", "~third"}));
+}
+
+TEST_F(BulletinBoardTest, DeleteAllWalksNoFurtherThanTheEntriesThatItStandsBefore)
+{
+    Tracked* const first = add("first");
+    const BulletinKey between;
+    Tracked* const last = add("last");
+    std::vector<std::unique_ptr<Tracked>> late;
+    Recorder own;
+    own.during = [&](const Heard& message)
+    {
+        late.push_back(message.first == first ? std::make_unique<Tracked>(m_story, "between", between)
+                                              : std::make_unique<Tracked>(m_story, "behind"));
+        late.back()->refuses = true;
+        m_board.add(late.back().get());
+    };
+    own.observe(*first);
+    own.observe(*last);
+    m_board.deleteAll();
+    EXPECT_TRUE(m_board.empty());
+    EXPECT_EQ(m_story, (Story{"first?", "first!", "~first", "last?", "last!", "~last"}));
 }
 
 TEST_F(BulletinBoardTest, DeletesEverythingAtItsEndAlthoughAnObserverThrows)

@@ -52,12 +52,18 @@ public:
         return undoable;
     }
 
-    Ztring getLabel() const override { return m_label; }
+    Ztring getLabel() const override
+    {
+        if (onLabel)
+            onLabel();
+        return m_label;
+    }
 
     std::function<void()> onExecute;
     std::function<void()> onUndo;
     std::function<void()> onRedo;
     std::function<void()> onDelete;
+    std::function<void()> onLabel;
     bool undoable = true;
     bool isUndoableFails = false;
 
@@ -282,14 +288,22 @@ TEST_F(CommandControllerTest, CommandNotUndoableAnyMoreIsTakenOffAfterItsRedoAnd
     delete &command;
 }
 
-TEST_F(CommandControllerTest, CommandThatCannotTellAnyMoreWhetherItIsUndoableIsLostButNotLeaked)
+TEST_F(CommandControllerTest, CommandThatCannotTellAnyMoreWhetherItIsUndoableStaysDoneOnTheUndoStack)
 {
     executeAll({"a"});
-    execute("b").isUndoableFails = false;
-    execute("c").isUndoableFails = true;
+    TestCommand& b = execute("b");
     takeJournal();
+    b.isUndoableFails = true;
     EXPECT_THROW(controller.undo(), std::runtime_error);
-    EXPECT_THAT(journal, ElementsAre("delete c"));
+    EXPECT_THAT(journal, IsEmpty());
+    EXPECT_EQ(getLabels(), "b|-");
+
+    b.isUndoableFails = false;
+    controller.undo();
+    takeJournal();
+    b.isUndoableFails = true;
+    EXPECT_THROW(controller.redo(), std::runtime_error);
+    EXPECT_THAT(journal, ElementsAre("redo b"));
     EXPECT_EQ(getLabels(), "b|-");
 }
 
@@ -305,6 +319,18 @@ TEST_F(CommandControllerTest, PruningTakesTheOldestUntilTheBoundIsKept)
     EXPECT_FALSE(controller.pruneUndo());
     EXPECT_THAT(journal, IsEmpty());
     EXPECT_EQ(getLabels(), "e|-");
+}
+
+TEST_F(CommandControllerTest, AsksForTheLabelToUndoFirst)
+{
+    TestCommand& a = execute("a");
+    TestCommand& b = execute("b");
+    controller.undo();
+    takeJournal();
+    a.onLabel = [this] { journal.push_back("a?"); };
+    b.onLabel = [this] { journal.push_back("b?"); };
+    controller.getUndoRedoState();
+    EXPECT_THAT(journal, ElementsAre("a?", "b?"));
 }
 
 TEST_F(CommandControllerTest, PruningAnEmptyStackDoesNothing)

@@ -3,6 +3,8 @@
 // touched is for the sanitized build to see.
 #include <kel/bulletin.h>
 #include <kel/bulletinboard.h>
+#include <kel/command.h>
+#include <kel/commandcontroller.h>
 #include <kel/observable.h>
 
 #include "support/recorder.h"
@@ -11,8 +13,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <stdexcept>
+#include <utility>
+#include <vector>
 
 using testing::ElementsAre;
 
@@ -195,6 +200,24 @@ TEST_F(DestroyedMeanwhile, BoardThatIsDeletingAllInsideAnother)
     EXPECT_THAT(story, ElementsAre("a?", "a!", "~a"));
 }
 
+TEST_F(DestroyedMeanwhile, AdoptedMemberInsideAnAdditionThatFails)
+{
+    BulletinBoard board;
+    observe(board);
+    auto adopted = std::make_unique<Tracked>(story, "a");
+    Tracked* const a = adopted.get();
+    atFirst(
+        [&]
+        {
+            board.remove(*a);
+            delete a;
+            throw std::runtime_error("too late");
+        });
+    EXPECT_THROW(board.adopt(std::move(adopted)), std::runtime_error);
+    EXPECT_TRUE(board.empty());
+    EXPECT_THAT(story, ElementsAre("~a"));
+}
+
 TEST_F(DestroyedMeanwhile, OldMemberInsideItsReplacement)
 {
     BulletinBoard board;
@@ -212,6 +235,20 @@ TEST_F(DestroyedMeanwhile, OldMemberInsideItsReplacement)
     EXPECT_THROW(board.addOrReplace(replacement.get()), std::runtime_error);
     EXPECT_TRUE(board.empty());
     EXPECT_THAT(story, ElementsAre("~old"));
+}
+
+TEST_F(DestroyedMeanwhile, OldMemberInsideItsReplacementThatGoesOn)
+{
+    BulletinBoard board;
+    const BulletinKey key;
+    auto* const old = new Tracked(story, "old", key);
+    board.add(old);
+    observe(board);
+    atFirst([=] { Bulletin::destroy(old, false); });
+    auto* const replacement = new Tracked(story, "new", key);
+    board.addOrReplace(replacement);
+    EXPECT_EQ(board.getPtr(key), replacement);
+    EXPECT_THAT(std::exchange(story, {}), ElementsAre("old?", "old!", "~old"));
 }
 
 TEST_F(DestroyedMeanwhile, OldMemberWhoseRemovalFailsIsNotLost)
@@ -252,5 +289,64 @@ TEST(DestroyedMeanwhileReceivers, ReceiverDestroyedByAnotherIsNotCalled)
         heard = 0;
         sender.notifyChanged();
         EXPECT_EQ(heard, 1u);
+    }
+}
+
+namespace
+{
+/// Fails on demand.
+class Fragile : public Command
+{
+public:
+    explicit Fragile(const bool& fails) : m_fails(fails) {}
+    void execute() override {}
+    void undo() override
+    {
+        if (m_fails)
+            throw std::runtime_error("undo");
+    }
+    void redo() override { undo(); }
+    Ztring getLabel() const override { return "fragile"; }
+
+private:
+    const bool& m_fails;
+};
+} // namespace
+
+TEST_F(DestroyedMeanwhile, ControllerInsideEachOfItsAnnouncements)
+{
+    bool fails = false;
+    const std::vector<std::function<void(CommandController&)>> operations = {
+        [&](CommandController& controller) { controller.execute(new Fragile(fails)); },
+        [](CommandController& controller) { controller.undo(); },
+        [](CommandController& controller) { controller.redo(); },
+        [](CommandController& controller) { controller.clear(); },
+        [](CommandController& controller) { EXPECT_FALSE(controller.pruneUndo()); },
+        [&](CommandController& controller)
+        {
+            fails = true;
+            EXPECT_THROW(controller.undo(), std::runtime_error);
+        },
+        [&](CommandController& controller)
+        {
+            fails = true;
+            EXPECT_THROW(controller.redo(), std::runtime_error);
+        },
+    };
+    for (std::size_t i = 0; i < operations.size(); ++i)
+    {
+        SCOPED_TRACE(i);
+        fails = false;
+        auto* const controller = new CommandController;
+        controller->execute(new Fragile(fails));
+        if (i == 2 || i == 6)
+            controller->undo();
+        first.heard.clear();
+        second.heard.clear();
+        observe(*controller);
+        isDone = false;
+        atFirst([=] { delete controller; });
+        operations[i](*controller);
+        EXPECT_EQ(countHeard(), 1u);
     }
 }

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include <kel/dynamicfactory.h>
 
+#include <kel/changedreceiver.h>
+#include <kel/receiver.h>
+
 #include "support/problem.h"
 #include "support/tracked.h"
 
@@ -27,16 +30,31 @@ public:
     std::string greet() const override { return "Good morning."; }
 };
 
-/// Asks, as late as at exit, for what depends on registries of the process.
+/// Asks, as late as at exit, for what depends on registries of the process, and tells itself of a change.
 class LateReader : public Bulletin
 {
 public:
+    LateReader() { m_listener.observe(*this); }
     ~LateReader() override
     {
+        Bulletin::notifyChanged();
         if (getKey().getName() != "late" || !(Bulletin::getToolTip() == Ztring("tip")))
             std::abort();
     }
+
+private:
+    class Listener : public Receiver, public ChangedReceiver
+    {
+        void changed(Bulletin&, const Bulletin& how) override
+        {
+            if (!how.getKey().getName().empty())
+                std::abort();
+        }
+    };
+
+    Listener m_listener;
 };
+
 class DynamicFactoryTest : public testing::Test
 {
 protected:
@@ -91,7 +109,7 @@ TEST_F(DynamicFactoryTest, DestroysTheServicesLeftOnIt)
     EXPECT_EQ(story, (Story{"service?", "service!", "~service"}));
 }
 
-TEST(DynamicFactory, ServicesCanUseNamesAndToolTipsAtExit)
+TEST(DynamicFactory, ServicesCanUseNamesAndToolTipsAndTellOfChangesAtExit)
 {
     auto* const reader = new LateReader;
     DynamicFactory::getSingleton().add(reader);

@@ -149,6 +149,13 @@ TEST_F(OrderedBulletinsTest, FindsTheFirstOfAKey)
     EXPECT_EQ(m_list.getBulletin(m_b.getKey()), nullptr);
 }
 
+TEST_F(OrderedBulletinsTest, PassesOverNullInTheSearchForAKey)
+{
+    append({nullptr, &m_a});
+    EXPECT_EQ(m_list.getBulletin(m_a.getKey()), &m_a);
+    EXPECT_EQ(m_list.getBulletin(m_b.getKey()), nullptr);
+}
+
 TEST_F(OrderedBulletinsTest, ClearDropsAllAndKeepsTheRoom)
 {
     Story story;
@@ -228,4 +235,36 @@ TEST_F(OrderedBulletinsTest, CleanOutLeavesAListThatAnObserverClearedBeforeItThr
 
     recorder.during = nullptr;
     Bulletin::destroy(second, false);
+}
+
+// That nothing freed is touched is for the sanitized build to see.
+TEST_F(OrderedBulletinsTest, CleanOutEndsWhenAnObserverDestroysTheList)
+{
+    for (const bool isFailing : {false, true})
+    {
+        Story story;
+        auto* const list = new OrderedBulletins(BulletinKey("list"));
+        auto* const first = new Tracked(story, "first");
+        Tracked second(story, "second");
+        Recorder recorder(
+            [=](const Heard&)
+            {
+                delete list;
+                if (isFailing)
+                    throw std::runtime_error("no");
+            });
+        recorder.observe(*first);
+        list->append(first);
+        list->append(&second);
+        if (isFailing)
+        {
+            EXPECT_THROW(list->cleanOut(), std::runtime_error);
+            delete first;
+        }
+        else
+        {
+            list->cleanOut();
+        }
+        EXPECT_EQ(story, (Story{"first?", "first!", "~first"}));
+    }
 }

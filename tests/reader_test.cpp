@@ -26,6 +26,7 @@
 #include <random>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace
@@ -212,7 +213,7 @@ protected:
     }
 
     PersistableGuard m_guard;
-    TestStatus m_status;
+    std::optional<TestStatus> m_status{std::in_place};
     std::istringstream m_in;
     std::istringstream m_bare;
     std::optional<Reader> m_reader;
@@ -470,6 +471,33 @@ TEST_F(ReaderTest, ObjectThatSkipsItselfIsDeletedAndNotFixed)
     EXPECT_EQ(fixed, (std::vector<int>{3, 1}));
 }
 
+TEST_F(ReaderTest, ObserversHearOfTheDeletionOfABulletinThatSkipsItself)
+{
+    Recorder recorder;
+    Scripted::onRead = [&](Scripted& object, Reader& reader)
+    {
+        readReference(object, reader);
+        if (object.number != 2)
+            return;
+        recorder.observe(object);
+        throw Reader::Skip();
+    };
+    performScripted("0 8 Scripted 1 0 \n1 2 0 \n");
+    EXPECT_EQ(recorder.operations(), std::vector<std::string>{"deleted"});
+}
+
+TEST_F(ReaderTest, NeedsNoStatusForTheRootAloneButForWhatFollows)
+{
+    m_status.reset();
+    Scripted::onRead = [](Scripted&, Reader& reader)
+    {
+        std::string line;
+        std::getline(reader.getIn(), line);
+    };
+    EXPECT_NE(performScripted("0 8 Scripted "), nullptr);
+    EXPECT_ASSERTION(perform("0 8 Scripted \n"), "valid(s_singleton)");
+}
+
 TEST_F(ReaderTest, CollectionOfAnObjectThatSkipsItselfIsForgotten)
 {
     InOnePlace::s_isFirst = true;
@@ -658,7 +686,7 @@ TEST_F(ReaderTest, TellsTheStatusWhatItDoes)
     Scripted::onRead = nullptr;
     m_in.str(getPreamble() + "0 8 Scripted \n");
     Reader(m_in, "Test", true).perform();
-    EXPECT_EQ(m_status.texts, (std::vector<std::string>{"Reading objects", "Restore objects"}));
+    EXPECT_EQ(m_status->texts, (std::vector<std::string>{"Reading objects", "Restore objects"}));
 }
 
 TEST_F(ReaderTest, TellsTheStatusNothingUnlessAskedTo)
@@ -666,25 +694,25 @@ TEST_F(ReaderTest, TellsTheStatusNothingUnlessAskedTo)
     Scripted::onRead = nullptr;
     Scripted::onFixup = [this](Scripted&, Reader&)
     {
-        m_status.elapse();
+        m_status->elapse();
         return true;
     };
     perform("0 8 Scripted \n");
-    EXPECT_TRUE(m_status.texts.empty());
-    EXPECT_TRUE(m_status.updates.empty());
+    EXPECT_TRUE(m_status->texts.empty());
+    EXPECT_TRUE(m_status->updates.empty());
 }
 
 TEST_F(ReaderTest, ChecksForAnInterruptBeforeEachRecordButTheFirst)
 {
-    Scripted::onRead = [this](Scripted&, Reader&) { m_status.elapse(); };
+    Scripted::onRead = [this](Scripted&, Reader&) { m_status->elapse(); };
     perform("0 8 Scripted \n1 \n");
-    EXPECT_EQ(m_status.updates, (std::vector<int>{-1, -1}));
+    EXPECT_EQ(m_status->updates, (std::vector<int>{-1, -1}));
 }
 
 TEST_F(ReaderTest, InterruptEndsTheReading)
 {
     Scripted::onRead = nullptr;
-    m_status.setInterrupted();
+    m_status->setInterrupted();
     EXPECT_THROW(perform("0 8 Scripted \n1 \n"), Interrupted);
     EXPECT_EQ(Persistable::getCount(), 1u);
 }
@@ -694,13 +722,13 @@ TEST_F(ReaderTest, FixingReportsFromTenToFortyPerCentAndIsNotInterrupted)
     Scripted::onRead = nullptr;
     Scripted::onFixup = [this](Scripted&, Reader&)
     {
-        m_status.elapse();
-        m_status.setInterrupted();
+        m_status->elapse();
+        m_status->setInterrupted();
         return true;
     };
     m_in.str(getPreamble() + "0 8 Scripted \n1 \n1 \n1 \n1 \n1 \n1 \n");
     EXPECT_NO_THROW(Reader(m_in, "Test", true).perform());
-    EXPECT_EQ(m_status.updates, (std::vector<int>{14, 18, 22, 27, 31, 35, 40}));
+    EXPECT_EQ(m_status->updates, (std::vector<int>{14, 18, 22, 27, 31, 35, 40}));
 }
 
 TEST_F(ReaderTest, ObjectsThatHaveToWaitReportNothing)
@@ -709,12 +737,12 @@ TEST_F(ReaderTest, ObjectsThatHaveToWaitReportNothing)
     Scripted::onRead = nullptr;
     Scripted::onFixup = [this, &isReady](Scripted&, Reader&)
     {
-        m_status.elapse();
+        m_status->elapse();
         return std::exchange(isReady, true);
     };
     m_in.str(getPreamble() + "0 8 Scripted \n");
     Reader(m_in, "Test", true).perform();
-    EXPECT_EQ(m_status.updates, std::vector<int>{40});
+    EXPECT_EQ(m_status->updates, std::vector<int>{40});
 }
 
 // Numbers
@@ -1244,6 +1272,26 @@ TEST_F(ReaderTest, SetGivesTheInputTheClassicLocale)
     double number = 0;
     reader.getIn() >> number;
     EXPECT_EQ(number, 1.5);
+}
+
+TEST_F(ReaderTest, SetTurnsWhiteSpaceSkippingOn)
+{
+    Reader& reader = open("");
+    std::istringstream other("1 2 ");
+    other.unsetf(std::ios_base::skipws);
+    reader.set(&other);
+    int number = 0;
+    reader.read(number).read(number);
+    EXPECT_EQ(number, 2);
+}
+
+TEST_F(ReaderTest, StreamThatThrowsIsInDecimalAfterAHexadecimalNumber)
+{
+    Reader& reader = openBare("x");
+    m_bare.exceptions(std::ios_base::failbit);
+    unsigned number = 0;
+    EXPECT_THROW(reader.readHex(number), std::ios_base::failure);
+    EXPECT_EQ(m_bare.flags() & std::ios_base::basefield, std::ios_base::dec);
 }
 
 TEST_F(ReaderTest, CheckValidTellsFailuresFromTheEnd)

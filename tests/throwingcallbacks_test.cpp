@@ -292,6 +292,28 @@ TEST_F(ThrowingCallbacks, ObserverOfAReplacementLosesNeitherOfTheTwo)
             });
 }
 
+TEST_F(ThrowingCallbacks, ObserverOfAReplacedMemberLosesNeitherOfTheTwo)
+{
+    Story story;
+    const BulletinKey key;
+    forEach(5,
+            [&](std::size_t call, Kind kind)
+            {
+                BulletinBoard board;
+                Audience audience(bomb);
+                auto* const old = new Tracked(story, "old", key);
+                board.add(old);
+                audience.observe(*old);
+                auto replacement = std::make_unique<Tracked>(story, "new", key);
+                bomb.arm(call, kind);
+                EXPECT_EQ(caughtBy([&] { board.addOrReplace(replacement.get()); }), getName(kind));
+                EXPECT_THAT(std::exchange(story, {}), ElementsAre("old?", "old!", "old?", "old!", "~old"));
+                EXPECT_TRUE(board.empty());
+                replacement.reset();
+                story.clear();
+            });
+}
+
 TEST_F(ThrowingCallbacks, ObserverOfAMemberEndsTheDeletionOfAllButLeavesNoDeadEntry)
 {
     Story story;

@@ -124,6 +124,22 @@ TEST(Version, CreatedVersionStaysRegisteredWhenAnObserverThrows)
     EXPECT_TRUE(Versions::getSingleton().hasKey(key));
 }
 
+TEST(Version, CreatedVersionThatAnObserverDestroysBeforeItThrowsIsDestroyedOnce)
+{
+    const BulletinKey key("Fleeting");
+    Recorder recorder;
+    recorder.during = [&](const Heard& message)
+    {
+        if (message.operation != "added")
+            return;
+        Bulletin::destroy(Versions::getSingleton().removeByKey(key), false);
+        Problem::throwProblem("observer");
+    };
+    recorder.observe(Versions::getSingleton());
+    EXPECT_PROBLEM(Version::create(1, 2, 3, key), "observer");
+    EXPECT_FALSE(Versions::getSingleton().hasKey(key));
+}
+
 TEST(Version, WritesKeyAndNumbers)
 {
     std::ostringstream out;

@@ -330,6 +330,17 @@ TEST_F(WriterTest, LeavesAStreamOfAnotherBaseInDecimalAfterHexadecimal)
     EXPECT_EQ(take(), "1e 30");
 }
 
+TEST(Writer, LeavesAStreamThatThrowsInDecimalAfterHexadecimal)
+{
+    FullBuffer buffer(1000);
+    std::ostream out(&buffer);
+    Writer writer(out, "Test", false);
+    buffer.setRoom(0);
+    out.exceptions(std::ios_base::badbit);
+    EXPECT_THROW(writer.writeHex(30), std::ios_base::failure);
+    EXPECT_EQ(out.flags() & std::ios_base::basefield, std::ios_base::dec);
+}
+
 // Failing streams
 
 namespace

@@ -90,8 +90,8 @@ private:
 
     /// Does the work of destroy().
     static void tryDestroy(Bulletin& deadObj, bool force);
-    /// For destructors: destroys, not forced, and lets nothing out. An object whose observers throw is deleted all the
-    /// same, since nobody else would.
+    /// For destructors: destroys, not forced, and lets nothing out. An object whose canDelete or observers throw is
+    /// deleted all the same, since nobody else would.
     static void destroyQuietly(Bulletin& deadObj) noexcept;
 
     const std::unique_ptr<BulletinKey> m_key;

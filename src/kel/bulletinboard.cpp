@@ -72,7 +72,7 @@ BulletinBoard::BulletinBoard(const BulletinBoard& other) : BulletinBoard(other.g
     for (const auto& [number, obj] : other)
     {
         if (obj->canClone())
-            adopt(std::unique_ptr<Bulletin>(obj->clone()));
+            adoptBulletin(std::unique_ptr<Bulletin>(obj->clone()));
     }
 }
 
@@ -93,7 +93,8 @@ void BulletinBoard::add(Bulletin* obj)
 
 void BulletinBoard::remove(Bulletin& obj)
 {
-    KEL_ASSERT(m_bulletins.erase(obj.getKey().getNumber()) != nullptr, "hasKey(key)");
+    const bool wasHeld = m_bulletins.erase(obj.getKey().getNumber()) != nullptr;
+    KEL_ASSERT(wasHeld, "hasKey(key)");
     RemovedNotifier notifier(*this, obj);
     notifyObservers(notifier);
 }
@@ -136,7 +137,8 @@ Bulletin* BulletinBoard::removeIgnoreKey(const BulletinKey& key)
 
 void BulletinBoard::add(const BulletinKey& key, Bulletin* obj)
 {
-    KEL_ASSERT(m_bulletins.insert(key.getNumber(), obj), "!hasKey(key)");
+    const bool isNew = m_bulletins.insert(key.getNumber(), obj);
+    KEL_ASSERT(isNew, "!hasKey(key)");
     releaseAdopted(obj);
     AddedNotifier notifier(*this, *obj);
     notifyObservers(notifier);
@@ -185,7 +187,7 @@ bool BulletinBoard::isInUse() const
     return Use::inUseFor(*this, Use::getStaticKey());
 }
 
-void BulletinBoard::adopt(std::unique_ptr<Bulletin> obj)
+void BulletinBoard::adoptBulletin(std::unique_ptr<Bulletin> obj)
 {
     const AdoptionScope scope(obj);
     add(obj.get());
@@ -196,41 +198,41 @@ void BulletinBoard::adopt(std::unique_ptr<Bulletin> obj)
 void BulletinBoard::replaceEntry(Bulletin* obj)
 {
     Bulletin* const oldObj = getPtr(obj->getKey());
-    removeOld(*oldObj, obj);
-    // Only now, deliberately: an object that is replaced by itself ends up off the board.
-    KEL_ASSERT(oldObj != obj, "oldObj != *obj");
-    destroy(oldObj, false);
-    add(obj);
-}
-
-// One that is off the board although an observer has thrown is destroyed: nobody else would.
-void BulletinBoard::removeOld(Bulletin& oldObj, const Bulletin* obj)
-{
     const LifeWatch board(*this);
-    const LifeWatch old(oldObj);
+    const LifeWatch old(*oldObj);
     try
     {
-        remove(oldObj);
+        remove(*oldObj);
+        // Only now, deliberately: an object that is replaced by itself ends up off the board.
+        KEL_ASSERT(oldObj != obj, "oldObj != *obj");
+        if (old.isAlive())
+            destroy(oldObj, false);
     }
     catch (...)
     {
-        if (&oldObj != obj && board.isAlive() && old.isAlive() && getPtr(oldObj.getKey()) != &oldObj)
-            destroyQuietly(oldObj);
+        // One that is off the board although an observer has thrown is destroyed: nobody else would.
+        if (oldObj != obj && board.isAlive() && old.isAlive() && getPtr(oldObj->getKey()) != oldObj)
+            destroyQuietly(*oldObj);
         throw;
     }
+    add(obj);
 }
 
 bool BulletinBoard::destroyEach(void (*destroyEntry)(Bulletin& obj))
 {
     const LifeWatch board(*this);
-    for (const auto& entry : *this)
+    for (const_iterator next = begin(); next != end();)
     {
+        const BulletinMap::Entry entry = *next;
+        const bool isLast = ++next == end();
+        const unsigned nextNumber = next->first;
         {
             const DeadEntryGuard guard(board, m_bulletins, entry);
             destroyEntry(*entry.second);
         }
         if (!board.isAlive())
             return false;
+        next = isLast ? end() : m_bulletins.after(nextNumber - 1);
     }
     return true;
 }

@@ -23,8 +23,9 @@
 ///
 /// The board destroys what it holds when it dies (deleteAll). Its observers are told after the change is done and may
 /// change the board, or destroy it: no operation touches the board after they were told, but for addOrReplace and
-/// replace, which go on with it after `removed`, and deleteAll. What an observer throws passes through, and the board
-/// stays as it is at that moment.
+/// replace, which go on with it after `removed` and `deleted`, incrementUse and decrementUse, which go on with a
+/// counter that they have added, and deleteAll. Nor may they destroy an object that an operation returns (adopt,
+/// getOrCreate, removeByKey). What an observer throws passes through, and the board stays as it is at that moment.
 class KEL_API BulletinBoard : public Bulletin
 {
 public:
@@ -66,8 +67,9 @@ public:
     /// `deleted`, the board's hear nothing. A bulletin that refuses lives on but is off the board.
     ///
     /// An entry is on the board while its observers are told and off it right after its deletion. They may add and
-    /// remove entries, and destroy the one they hear of or the board, which ends the walk. If one throws, its bulletin
-    /// (unless it is dead) and those not yet reached stay.
+    /// remove entries, and destroy the one they hear of or the board, which ends the walk. It goes on with the entry
+    /// that came next, or the first behind that, and ends where there was none: what is added before that is dropped
+    /// alive. If one throws, its bulletin (unless it is dead) and those not yet reached stay.
     virtual void deleteAll();
     /// Drops every entry; deletes nothing and tells nobody.
     virtual void clear();
@@ -79,6 +81,9 @@ public:
 
     /// As add(), under another key than the bulletin's own.
     void add(const BulletinKey& key, Bulletin* obj);
+    /// As add(), of a new bulletin, which is deleted if it does not get onto the board.
+    template <class T>
+    T& adopt(std::unique_ptr<T> obj);
     /// As remove() of the bulletin under the key. That the key is on the board is not checked. What goes is the entry
     /// under the bulletin's own key: one that was added under another is taken off with removeIgnoreKey.
     Bulletin* removeByKey(const BulletinKey& key);
@@ -113,12 +118,8 @@ public:
     bool isInUse() const;
 
 private:
-    friend class Use;
-
-    /// Hands a new bulletin to the virtual add() and deletes it if it did not get onto the board.
-    void adopt(std::unique_ptr<Bulletin> obj);
+    void adoptBulletin(std::unique_ptr<Bulletin> obj);
     void replaceEntry(Bulletin* obj);
-    void removeOld(Bulletin& oldObj, const Bulletin* obj);
     /// Calls `destroyEntry` on the bulletins in key order and drops those that died.
     /// @return whether the board is still there: an observer may have destroyed it, which ends the walk.
     bool destroyEach(void (*destroyEntry)(Bulletin& obj));
@@ -137,8 +138,13 @@ T& BulletinBoard::getOrCreate()
 {
     if (T* const found = getPtr<T>())
         return *found;
-    auto created = std::make_unique<T>();
-    T& obj = *created;
-    adopt(std::move(created));
-    return obj;
+    return adopt(std::make_unique<T>());
+}
+
+template <class T>
+T& BulletinBoard::adopt(std::unique_ptr<T> obj)
+{
+    T& added = *obj;
+    adoptBulletin(std::move(obj));
+    return added;
 }

@@ -125,7 +125,6 @@ Bulletin* BulletinMap::find(unsigned number) const
     return entry != block.last && entry->first == number ? entry->second : nullptr;
 }
 
-/// A walk that goes on behind a number.
 BulletinMap::const_iterator BulletinMap::after(unsigned number) const
 {
     if (empty())

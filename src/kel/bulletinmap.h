@@ -51,6 +51,9 @@ public:
     const_iterator begin() const;
     const_iterator end() const;
 
+    /// The first entry behind a number.
+    const_iterator after(unsigned number) const;
+
     /// The bulletin under a number, or null.
     Bulletin* find(unsigned number) const;
     /// Enters a bulletin, which must not be null.
@@ -93,7 +96,6 @@ private:
         Entry* last; ///< past the end
     };
 
-    const_iterator after(unsigned number) const;
     std::size_t findBlock(unsigned number) const;
     void append(Entry entry);
     void makeRoomBehind();

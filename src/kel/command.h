@@ -22,8 +22,8 @@ class KEL_API Command : public Memento
 {
 public:
     /// Asked after execute, before undo and after redo. A command that answers false is executed once, then deleted,
-    /// and never reaches a stack. The base answers true. It must not throw: after execute and redo the command would be
-    /// deleted although it is done.
+    /// and never reaches a stack. The base answers true. It should not throw: after execute the command would be
+    /// deleted although it is done; otherwise it is left on the undo stack.
     virtual bool isUndoable() const { return true; }
 
     /// Asked whenever the stacks are announced, while the command is on top of one: the text behind "Undo" or "Redo"

@@ -10,11 +10,20 @@
 
 namespace
 {
-// A command that has gone back on its word is not deleted: nobody can tell what still leans on it.
-bool isUndoableElseAbandon(OwnedElement<Command>& command)
+// A command that is done but has gone back on its word is not deleted: nobody can tell what still leans on it. One that
+// cannot tell stays done, on the undo stack.
+bool isUndoableElseAbandon(OwnedElement<Command>& command, std::list<Command*>& undoStack)
 {
-    if (command->isUndoable())
-        return true;
+    try
+    {
+        if (command->isUndoable())
+            return true;
+    }
+    catch (...)
+    {
+        command.putBack(undoStack);
+        throw;
+    }
     static_cast<void>(command.release());
     return false;
 }
@@ -55,7 +64,8 @@ void CommandController::undo()
 {
     KEL_ASSERT(!m_undo.empty(), "!m_undo.empty()");
     OwnedElement<Command> command = OwnedElement<Command>::takeBack(m_undo);
-    KEL_ASSERT(isUndoableElseAbandon(command), "undoCommand->isUndoable()");
+    const bool isUndoable = isUndoableElseAbandon(command, m_undo);
+    KEL_ASSERT(isUndoable, "undoCommand->isUndoable()");
     try
     {
         command->undo();
@@ -87,7 +97,8 @@ void CommandController::redo()
         throw;
     }
     // Tested only now: a command may find out by being redone whether it can be undone once more.
-    KEL_ASSERT(isUndoableElseAbandon(command), "redoCommand->isUndoable()");
+    const bool isUndoable = isUndoableElseAbandon(command, m_undo);
+    KEL_ASSERT(isUndoable, "redoCommand->isUndoable()");
     command.putBack(m_undo);
     announceChange();
 }
@@ -102,10 +113,12 @@ bool CommandController::pruneUndo()
     if (static_cast<unsigned int>(m_undo.size()) <= m_maximumUndo)
         return false;
     const auto left = static_cast<unsigned int>(m_undo.size()) - 1;
+    const bool isStillOver = left > m_maximumUndo;
     OwnedElement<Command>::takeFront(m_undo).reset();
+    // Last: an observer may destroy the controller.
     if (left == 0)
         announceChange();
-    return left > m_maximumUndo;
+    return isStillOver;
 }
 
 void CommandController::clearUndo()
@@ -139,5 +152,7 @@ void CommandController::announceChange()
 
 UndoRedoState CommandController::getUndoRedoState() const
 {
-    return UndoRedoState(getLabelOfTop(m_undo), getLabelOfTop(m_redo));
+    const Ztring undoLabel = getLabelOfTop(m_undo);
+    const Ztring redoLabel = getLabelOfTop(m_redo);
+    return UndoRedoState(undoLabel, redoLabel);
 }

@@ -2,7 +2,7 @@
 // libkel: Object model
 #include <kel/orderedbulletins.h>
 
-#include <algorithm>
+#include "lifewatch_p.h"
 
 OrderedBulletins::OrderedBulletins(const BulletinKey& key) : Bulletin(key)
 {
@@ -50,7 +50,7 @@ Bulletin* OrderedBulletins::getBulletin(const BulletinKey& key) const
 {
     for (Bulletin* const bulletin : *this)
     {
-        if (bulletin->getKey() == key)
+        if (bulletin != nullptr && bulletin->getKey() == key)
             return bulletin;
     }
     return nullptr;
@@ -63,23 +63,28 @@ void OrderedBulletins::clear()
 
 void OrderedBulletins::cleanOut()
 {
+    const LifeWatch list(*this);
     unsigned done = 0;
     try
     {
-        for (; done < m_list.size(); ++done)
+        for (; list.isAlive() && done < m_list.size(); ++done)
             destroy(m_list[done], false);
     }
     catch (...)
     {
-        // The observer that threw may have shortened the list.
-        dropFront(std::min(done, m_list.size()));
+        if (list.isAlive())
+            dropFront(done);
         throw;
     }
-    m_list.clear();
+    if (list.isAlive())
+        m_list.clear();
 }
 
 void OrderedBulletins::dropFront(unsigned count)
 {
-    for (; count > 0; --count)
-        m_list.erase(m_list[0]);
+    // The block stays, so that what is kept finds its room there.
+    const unsigned size = m_list.size();
+    m_list.clear();
+    for (unsigned i = count; i < size; ++i)
+        m_list.push_back(m_list[i]);
 }

@@ -26,7 +26,7 @@ public:
     /// The key "OrderedBulletins".
     static const BulletinKey& getStaticKey();
 
-    /// Appends one bulletin. A full list doubles its room.
+    /// Appends one bulletin, or null. A full list doubles its room.
     void append(Bulletin* bulletin);
     /// Appends another list. Too little room becomes exactly enough.
     void add(const OrderedBulletins& other);
@@ -44,7 +44,8 @@ public:
     /// Drops all bulletins and destroys none.
     void clear();
     /// Destroys all bulletins from the front, not forced, and drops them, also those that refuse. If an observer
-    /// throws, its bulletin and those behind it stay in the list. That no bulletin is listed twice is not checked.
+    /// throws, its bulletin and those behind it stay in the list. An observer that destroys the list ends this. That no
+    /// bulletin is listed twice is not checked.
     void cleanOut();
 
 private:

@@ -2,7 +2,6 @@
 // libkel: Persistence
 #include <kel/reader.h>
 
-#include <kel/addowned.h>
 #include <kel/crosscast.h>
 #include <kel/nativereader.h>
 #include <kel/orderedbulletins.h>
@@ -107,16 +106,16 @@ Reader::Reader(std::istream& in, const Ztring& expected, bool showStatus)
 {
     KEL_ASSERT(!m_in->fail(), "*m_in");
     m_creators.reserve(100);
-    m_in->setf(std::ios_base::skipws);
-    useClassicNumbers();
+    prepareInput();
     readHeader(expected);
-    addOwned(*this, std::make_unique<Versions>()).read(*this);
+    adopt(std::make_unique<Versions>()).read(*this);
 }
 
 Reader::~Reader() = default;
 
-void Reader::useClassicNumbers()
+void Reader::prepareInput()
 {
+    m_in->setf(std::ios_base::skipws);
     if (m_in->getloc() != std::locale::classic())
         m_in->imbue(std::locale::classic());
 }
@@ -301,7 +300,7 @@ void Reader::saveLine(const BulletinKey& key)
     std::string line;
     std::getline(*m_in, line);
     if (!line.empty())
-        addOwned(*this, std::make_unique<SavedLine>(line, key));
+        adopt(std::make_unique<SavedLine>(line, key));
 }
 
 void Reader::skipLine()
@@ -338,7 +337,7 @@ std::istream* Reader::set(std::istream* in)
 {
     KEL_ASSERT(in, "valid(in)");
     std::istream* const previous = std::exchange(m_in, in);
-    useClassicNumbers();
+    prepareInput();
     return previous;
 }
 
@@ -409,9 +408,19 @@ Serializable* Reader::readObject(unsigned classId, FixingQueue& queue, std::int6
         // A later owner may get the address of one that is deleted here.
         for (Bulletin* const owner : m_newOwners)
             m_bulletinsFor.erase(owner);
-        delete object;
+        discard(object);
         return nullptr;
     }
+}
+
+// A bulletin may be observed already.
+void Reader::discard(Serializable* object)
+{
+    Bulletin* const bulletin = object ? (*m_toBulletin)(*object) : nullptr;
+    if (bulletin)
+        Bulletin::destroy(bulletin, true);
+    else
+        delete object;
 }
 
 bool Reader::isRestored(std::uint64_t id) const

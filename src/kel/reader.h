@@ -164,7 +164,7 @@ public:
     std::istream& getIn() { return *m_in; }
 
     /// Takes the input from another stream and returns the previous one. The new one is not owned and is given the
-    /// classic locale; null fails with the assertion "valid(in)".
+    /// classic locale and white-space skipping; null fails with the assertion "valid(in)".
     std::istream* set(std::istream* in);
 
     /// @}
@@ -189,11 +189,12 @@ private:
         Fixed
     };
 
-    void useClassicNumbers();
+    void prepareInput();
     void readHeader(const Ztring& expected);
     SerializableCreator* findCreator(unsigned classId);
     SerializableCreator* readCreator();
     Serializable* readObject(unsigned classId, FixingQueue& queue, std::int64_t id);
+    void discard(Serializable* object);
     void enter(Serializable* object);
     void readRecords(FixingQueue& queue);
     void fixObjects(FixingQueue& queue);

@@ -2,6 +2,7 @@
 // libkel: Persistence
 #pragma once
 
+#include "hexscope_p.h"
 #include <kel/bufferarea.h>
 
 #include <algorithm>
@@ -143,9 +144,9 @@ template <class T>
 requires isCode<T>
 void extract(std::istream& in, T& value)
 {
-    constexpr long lowest = std::numeric_limits<T>::lowest();
-    constexpr long highest = std::numeric_limits<T>::max();
-    long number = 0;
+    constexpr long long lowest = std::numeric_limits<T>::lowest();
+    constexpr long long highest = std::numeric_limits<T>::max();
+    long long number = 0;
     extract(in, number);
     value = static_cast<T>(std::clamp(number, lowest, highest));
     if (number < lowest || number > highest)
@@ -156,8 +157,10 @@ void extract(std::istream& in, T& value)
 template <class T>
 void extractHex(std::istream& in, T& value)
 {
-    if (!isPlain(in) || !takeReady<T, 16>(in, value))
-        in >> std::hex >> value >> std::dec;
+    if (isPlain(in) && takeReady<T, 16>(in, value))
+        return;
+    const HexScope hex(in);
+    in >> value;
 }
 
 /// Takes a separator and so many bytes behind it out of what the buffer has ready; false, and nothing is changed, when

@@ -2,6 +2,7 @@
 // libkel: Persistence
 #pragma once
 
+#include "hexscope_p.h"
 #include <kel/bufferarea.h>
 #include <kel/realformat.h>
 
@@ -187,6 +188,9 @@ inline void putHex(std::ostream& out, unsigned number, char separator)
         BufferArea::putTo(*out.rdbuf(), end + 1);
     }
     else
-        out << std::hex << number << std::dec << separator;
+    {
+        const HexScope hex(out);
+        out << number << separator;
+    }
 }
 } // namespace StreamOutput

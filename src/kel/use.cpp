@@ -30,10 +30,7 @@ Use& Use::getFor(BulletinBoard& board, const BulletinKey& key)
 {
     if (Use* const found = findUse(board, key))
         return *found;
-    auto created = std::make_unique<Use>(key);
-    Use& use = *created;
-    board.adopt(std::move(created));
-    return use;
+    return board.adopt(std::make_unique<Use>(key));
 }
 
 bool Use::incrementFor(BulletinBoard& board, const BulletinKey& key)

@@ -2,7 +2,6 @@
 // libkel: Persistence
 #include <kel/version.h>
 
-#include <kel/addowned.h>
 #include <kel/reader.h>
 #include <kel/versions.h>
 #include <kel/writer.h>
@@ -36,7 +35,7 @@ Version* Version::create(unsigned major, unsigned minor, unsigned patch, const B
     Versions& versions = Versions::getSingleton();
     if (auto* const known = dynamic_cast<Version*>(versions.getPtr(key)))
         return known;
-    return &addOwned(versions, std::make_unique<Version>(major, minor, patch, key));
+    return &versions.adopt(std::make_unique<Version>(major, minor, patch, key));
 }
 
 Version* Version::getFrom(Reader& reader, const BulletinKey& key)

@@ -2,7 +2,6 @@
 // libkel: Persistence
 #include <kel/versions.h>
 
-#include <kel/addowned.h>
 #include <kel/appversion.h>
 #include <kel/kelversion.h>
 #include <kel/reader.h>
@@ -68,7 +67,7 @@ void Versions::read(Reader& reader)
     {
         auto version = std::make_unique<Version>();
         version->read(reader);
-        checkNotNewer(addOwned(*this, std::move(version)), reader);
+        checkNotNewer(adopt(std::move(version)), reader);
     }
     if (!hasKey(KelVersion::getStaticKey()))
         addKelVersion();
@@ -82,7 +81,7 @@ void Versions::addKelVersion()
     auto version = std::make_unique<Version>(0, 0, 0, key);
     if (application)
         *version = *application;
-    addOwned(*this, std::move(version));
+    adopt(std::move(version));
 }
 
 bool Versions::hasModules() const
