@@ -14,8 +14,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <memory>
+#include <optional>
 #include <stdexcept>
+#include <string>
+#include <utility>
 
 namespace
 {
@@ -41,7 +43,7 @@ struct BatchTaskTest : testing::Test
     }
 
     TestTask::Journal journal;
-    TestStatus status;
+    std::optional<TestStatus> status{std::in_place};
 };
 } // namespace
 
@@ -108,7 +110,7 @@ TEST_F(BatchTaskTest, InterruptDropsTheWholeBatch)
 {
     BatchTask batch(false);
     TestTask* const task = make("s", 5);
-    task->onAction = [&] { status.setInterrupted(); };
+    task->onAction = [&] { status->setInterrupted(); };
     batch.add(task);
     batch.add(make("t"));
     batch.add(make("u"));
@@ -121,12 +123,12 @@ TEST_F(BatchTaskTest, QueueDeletesAnInterruptedBatchAndResetsTheInterrupt)
 {
     auto* const batch = new BatchTask(true);
     TestTask* const task = make("s", 5);
-    task->onAction = [&] { status.setInterrupted(); };
+    task->onAction = [&] { status->setInterrupted(); };
     batch->add(task);
     batch->add(make("t"));
     Tasks::getSingleton()->addImmediate(batch);
     EXPECT_THAT(journal, ElementsAre("run s", "delete s", "delete t"));
-    EXPECT_FALSE(status.isInterrupted());
+    EXPECT_FALSE(status->isInterrupted());
 }
 
 TEST_F(BatchTaskTest, CleanUpDeletesTheCurrentSubTaskFirst)
@@ -168,4 +170,18 @@ TEST_F(BatchTaskTest, SubTaskThatCannotTellWhetherItRepeatsStaysCurrent)
     EXPECT_THAT(log->messages, ElementsAre(Pair(Message::Error, "repeat")));
     batch.cleanUp();
     EXPECT_THAT(journal, ElementsAre("run s", "delete s"));
+}
+
+TEST_F(BatchTaskTest, BatchEndsWithAReportWhereThereIsNoStatus)
+{
+    const Installed<TestLog> log;
+    status.reset();
+    BatchTask batch(false);
+    batch.add(make("s", 2));
+    batch.add(make("t"));
+    batch.execute();
+    EXPECT_FALSE(batch.repeat());
+    EXPECT_THAT(journal, ElementsAre("run s", "delete s", "delete t"));
+    ASSERT_EQ(log->messages.size(), 1u);
+    EXPECT_NE(log->messages[0].second.find("valid(s_singleton)"), std::string::npos);
 }

@@ -8,6 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <stdexcept>
 
 namespace
@@ -96,4 +97,11 @@ TEST_F(OtherTasksTest, TaskThatCannotTellWhetherItRepeatsIsDeleted)
     EXPECT_THROW(tasks.onIdle(), std::runtime_error);
     runAll();
     EXPECT_THAT(journal, ElementsAre("run s", "delete s", "run t", "delete t"));
+}
+
+TEST_F(OtherTasksTest, TasksInAQueueThatDiesAreNotDeleted)
+{
+    const auto task = std::make_unique<TestTask>(journal, "s");
+    OtherTasks().add(task.get());
+    EXPECT_THAT(journal, IsEmpty());
 }

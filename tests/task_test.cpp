@@ -218,6 +218,40 @@ TEST_F(TaskTest, ListenerAddedAgainIsToldTwice)
     EXPECT_THAT(journal, ElementsAre("a error: no mesh"));
 }
 
+TEST_F(TaskTest, DestroyedListenerThatWasAddedAgainLeavesTheOtherEntry)
+{
+    Listener a(journal, "a");
+    std::optional<Listener> b(std::in_place, journal, "b");
+    Task::add(a);
+    b.reset();
+    runFailing();
+    EXPECT_THAT(journal, ElementsAre("a error: no mesh", "a error: no mesh"));
+    Task::remove(a);
+}
+
+TEST_F(TaskTest, ListenerThatWasRemovedBeforeItDiesTakesNoOtherAway)
+{
+    Listener a(journal, "a");
+    {
+        Listener b(journal, "b");
+        Task::remove(b);
+    }
+    runFailing();
+    EXPECT_THAT(journal, ElementsAre("a error: no mesh"));
+}
+
+TEST_F(TaskTest, RemovingFromNoListenersDoesNothing)
+{
+    Listener a(journal, "a");
+    Task::remove(a);
+    Task::remove(a);
+    runFailing();
+    EXPECT_THAT(journal, IsEmpty());
+    Task::add(a);
+    runFailing();
+    EXPECT_THAT(journal, ElementsAre("a error: no mesh"));
+}
+
 TEST_F(TaskTest, RemovingAnAbsentListenerDropsTheLastOne)
 {
     Listener a(journal, "a");

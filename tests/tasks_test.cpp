@@ -278,6 +278,13 @@ TEST_F(TasksTest, DetachingAnAbsentListenerDropsTheLastOne)
     tasks.detach(&listener);
 }
 
+TEST_F(TasksTest, DetachingFromNoListenersDoesNothing)
+{
+    tasks.detach(&listener);
+    tasks.notifyChanged();
+    EXPECT_THAT(journal, IsEmpty());
+}
+
 TEST_F(TasksTest, ListenersAreToldInTheOrderOfAttaching)
 {
     Listener b(journal, "b");
@@ -447,8 +454,12 @@ TEST_F(TasksTest, ExceptionOutOfAddImmediateLeavesTheRestQueued)
 TEST_F(TasksTest, RunCannotEndWithoutAStatus)
 {
     status.reset();
+    attach(listener);
     tasks.add(make("s"));
     EXPECT_ASSERTION(tasks.onIdle(), "valid(s_singleton)");
+    journal.clear();
+    OtherTasks::getSingleton()->onIdle();
+    EXPECT_THAT(journal, ElementsAre("a idle"));
     status = std::make_unique<TestStatus>();
     EXPECT_FALSE(tasks.onIdle());
 }
@@ -472,4 +483,11 @@ TEST_F(TasksTest, TaskThatThereIsNoRoomForIsDeleted)
     EXPECT_THAT(takeJournal(), ElementsAre("delete b"));
     runAll();
     EXPECT_THAT(takeJournal(), testing::Contains("delete a"));
+}
+
+TEST_F(TasksTest, TasksInAQueueThatDiesAreNotDeleted)
+{
+    const std::unique_ptr<TestTask> task(make("s"));
+    Tasks().add(task.get());
+    EXPECT_THAT(journal, IsEmpty());
 }

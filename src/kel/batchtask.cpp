@@ -5,8 +5,6 @@
 #include <kel/ownedqueue.h>
 #include <kel/status.h>
 
-#include <utility>
-
 BatchTask::BatchTask(bool interleave) : m_interleave(interleave) {}
 
 BatchTask::~BatchTask()
@@ -21,49 +19,39 @@ void BatchTask::add(Task* task)
 
 bool BatchTask::repeat()
 {
-    return m_current != nullptr || !m_tasks.empty();
+    return !m_tasks.empty();
 }
 
 void BatchTask::performAction()
 {
     // A queue asks repeat only after a step, so an empty batch gets one.
-    if (!repeat())
+    if (m_tasks.empty())
         return;
-    startNext();
-    m_current->execute();
-    if (Status::getSingleton().isInterrupted())
+    Task& current = *m_tasks.front();
+    current.execute();
+    if (isInterrupted())
         cleanUp();
-    else
-        settleCurrent();
-}
-
-void BatchTask::startNext()
-{
-    if (m_current != nullptr)
-        return;
-    m_current = OwnedElement<Task>::takeFront(m_tasks).release();
-}
-
-void BatchTask::settleCurrent()
-{
-    if (!m_current->repeat())
-    {
-        deleteCurrent();
-    }
+    else if (!current.repeat())
+        OwnedElement<Task>::takeFront(m_tasks).reset();
     else if (m_interleave)
-    {
-        m_tasks.push_back(m_current);
-        m_current = nullptr;
-    }
+        m_tasks.splice(m_tasks.end(), m_tasks, m_tasks.begin());
 }
 
-void BatchTask::deleteCurrent()
+// Without a Status the batch could not be stopped: it ends with the assertion.
+bool BatchTask::isInterrupted()
 {
-    delete std::exchange(m_current, nullptr);
+    try
+    {
+        return Status::getSingleton().isInterrupted();
+    }
+    catch (...)
+    {
+        cleanUp();
+        throw;
+    }
 }
 
 void BatchTask::cleanUp()
 {
-    deleteCurrent();
     deleteOwned(m_tasks);
 }

@@ -34,15 +34,13 @@ public:
     /// sub-tasks are deleted without running any further, and the batch is done.
     void performAction() override;
 
-    /// Deletes the sub-task being run, then the others from front to back.
+    /// Deletes the sub-task whose turn it is, then the others from front to back. Not for a sub-task to call, which
+    /// would be deleted in the midst of its step.
     void cleanUp();
 
 private:
-    void startNext();
-    void settleCurrent();
-    void deleteCurrent();
+    bool isInterrupted();
 
-    std::list<Task*> m_tasks;  // owned; not yet started, or waiting for their turn
-    Task* m_current = nullptr; // owned
+    std::list<Task*> m_tasks; // owned; the one at the front is being run, the others wait for their turn
     bool m_interleave;
 };

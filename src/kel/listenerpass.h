@@ -33,9 +33,11 @@ public:
     /// The listener whose turn it is, or null at the end.
     Listener* next() { return m_next < m_end ? m_listeners[m_next++] : nullptr; }
 
-    /// Erases a listener as Array::erase does: where it is absent, the last one goes.
+    /// Erases a listener as Array::erase does: where it is absent, the last one goes, if there is any.
     static void erase(Array<Listener*>& listeners, Listener* listener, ListenerPass* running)
     {
+        if (listeners.empty())
+            return;
         const auto found = std::find(listeners.begin(), listeners.end(), listener);
         const auto erased = found != listeners.end() ? found : listeners.end() - 1;
         const auto position = static_cast<unsigned int>(erased - listeners.begin());

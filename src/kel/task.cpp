@@ -7,6 +7,8 @@
 #include <kel/log_kel.h>
 #include <kel/translator.h>
 
+#include <algorithm>
+
 namespace
 {
 using Listener = Task::ErrorInterruptListener;
@@ -57,7 +59,10 @@ Task::ErrorInterruptListener::ErrorInterruptListener()
 
 Task::ErrorInterruptListener::~ErrorInterruptListener()
 {
-    Task::remove(*this);
+    // One that was removed already must not take another listener away.
+    const Listeners& listeners = getListeners();
+    if (std::find(listeners.begin(), listeners.end(), this) != listeners.end())
+        Task::remove(*this);
 }
 
 void Task::ErrorInterruptListener::onError(Problem&) {}

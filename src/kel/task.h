@@ -54,8 +54,8 @@ public:
     /// or the event loop.
     ///
     /// Interrupted goes to onInterrupted and any other Problem to onError; a standard exception goes to onError as a
-    /// Problem with its what() text, anything else as a Problem with the translated "Unknown Problem". Neither asks
-    /// repeat nor deletes the task.
+    /// Problem with its what() text (empty where the locale cannot decode it), anything else as a Problem with the
+    /// translated "Unknown Problem". Neither asks repeat nor deletes the task.
     void execute() noexcept;
 
     /// Whether no sound is played where this task begins or ends a run of the main queue.
@@ -83,8 +83,8 @@ public:
     /// added again is told twice, and has to be removed once before it dies.
     static void add(ErrorInterruptListener& listener);
 
-    /// Removes the first entry of a listener. That it is registered is not checked: in its place the last entry would
-    /// go.
+    /// Removes the first entry of a listener. That it is registered is not checked: in its place the last entry, if
+    /// there is any, would go. The destructor of a listener removes an entry of its own only.
     static void remove(ErrorInterruptListener& listener);
 
     /// @}

@@ -153,11 +153,7 @@ void Tasks::endRun(bool quiet)
         return;
     m_busy = false;
     doBoth([quiet] { playUnlessQuiet(Sound::WorkFinished, quiet); },
-           [this]
-           {
-               Status::getSingleton().resetInterrupt();
-               notifyEnd();
-           });
+           [this] { doBoth([] { Status::getSingleton().resetInterrupt(); }, [this] { notifyEnd(); }); });
 }
 
 // Better now than never, where there is no memory to do it later.

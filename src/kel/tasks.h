@@ -52,7 +52,7 @@ public:
     /// Appends a listener and tells it at once whether the queue is busy. It stays attached if it throws then.
     void attach(TasksListener* listener);
 
-    /// Removes a listener. That it is attached is not checked: in its place the last one attached would go.
+    /// Removes a listener. That it is attached is not checked: in its place the last one attached, if any, would go.
     void detach(TasksListener* listener);
 
     /// Tells every listener whether the queue is busy. Observers of this object are not notified.
