@@ -59,6 +59,28 @@ TEST_F(BrandingTest, ProductSetsItsOwnValues)
     EXPECT_EQ(branding.getTag(), "acorns");
 }
 
+TEST_F(BrandingTest, ValuesMayBeSetFromEachOther)
+{
+    branding.set(branding.getProduct(), branding.getCompany(), branding.getShortCompany(), branding.getProductLower(),
+                 branding.getTag(), branding.getWebHost(), branding.getInstallDirVariable(), branding.getInstallMutex(),
+                 branding.getEmailPattern());
+    EXPECT_EQ(branding.getCompany(), "Morvane");
+    EXPECT_EQ(branding.getProduct(), "Pellwick");
+    EXPECT_EQ(branding.getProductLower(), "tal");
+    EXPECT_EQ(branding.getShortCompany(), "morvane");
+    EXPECT_EQ(branding.getWebHost(), "dorvex");
+    EXPECT_EQ(branding.getEmailPattern(), "www.pellwick.example");
+    EXPECT_EQ(branding.getInstallMutex(), "MORVANE_DIR");
+    EXPECT_EQ(branding.getInstallDirVariable(), "MorvaneInstallMutex");
+    EXPECT_EQ(branding.getTag(), "%1@pellwick.example");
+}
+
+TEST_F(BrandingTest, WebHostSetToItselfStays)
+{
+    EXPECT_EQ(branding.setUrl(branding.getWebHost()), "www.pellwick.example");
+    EXPECT_EQ(branding.getWebHost(), "www.pellwick.example");
+}
+
 TEST_F(BrandingTest, ThereIsOneSetOfValues)
 {
     EXPECT_EQ(Branding::getSingleton(), &branding);

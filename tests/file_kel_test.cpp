@@ -121,6 +121,19 @@ TEST(File, IsCopiedAndAssigned)
     EXPECT_EQ(copy.getPath(), "a");
 }
 
+TEST(File, TakesAnotherPath)
+{
+    File file("a");
+    file = Ztring("b");
+    EXPECT_EQ(file.getPath(), "b");
+    file = "c";
+    EXPECT_EQ(file.getPath(), "c");
+    file = std::string("d");
+    EXPECT_EQ(file.getPath(), "d");
+    file = file.getPath();
+    EXPECT_EQ(file.getPath(), "d");
+}
+
 TEST(File, TakesThePathApart)
 {
     for (const PathCase& path : s_paths)
@@ -282,6 +295,24 @@ TEST_F(FileOnDisk, AHandleThatCannotBeOpenedFailsWithTheMessage)
     EXPECT_PROBLEM(at("absent").openRead(), openFailed("absent"));
     EXPECT_PROBLEM(at("absent/out").openWrite(), openFailed("absent/out"));
     EXPECT_PROBLEM(at("absent").fOpen("r"), openFailed("absent"));
+}
+
+TEST_F(FileOnDisk, APathWithAZeroByteIsNoOtherFile)
+{
+    using namespace std::string_literals;
+    m_directory.write("text", "a");
+    const File file{Ztring(m_directory / "text\0more"s)};
+    const std::string message = openFailed("text\0more"s);
+    std::ifstream in;
+    std::ofstream out;
+    std::ostringstream copied;
+    EXPECT_PROBLEM(file.open(in), message);
+    EXPECT_PROBLEM(file.open(out), message);
+    EXPECT_PROBLEM(file.fOpen("r"), message);
+    EXPECT_PROBLEM(file.appendTo(copied), message);
+    EXPECT_TRUE(in.fail());
+    EXPECT_TRUE(out.fail());
+    EXPECT_EQ(m_directory.read("text"), "a");
 }
 
 TEST_F(FileOnDisk, OnePathIsOneFileInEveryLocale)

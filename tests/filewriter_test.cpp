@@ -16,6 +16,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <memory>
 #include <regex>
 #include <string>
@@ -187,4 +188,14 @@ TEST_F(FileWriterTest, CloseCanBeTriedAgain)
     m_file->close();
     EXPECT_NE(m_directory.read("model.x").find("4 Node"), std::string::npos);
     EXPECT_FALSE(m_directory.has("model.x.tmp"));
+}
+
+TEST_F(FileWriterTest, CloseKeepsTheOldFileWhereTheTemporaryOneIsGone)
+{
+    m_directory.write("model.x", "old");
+    open()->writeObj(&m_root);
+    std::filesystem::remove(getTemporary());
+    EXPECT_PROBLEM(m_file->close(), "Failed to open file: '" + getTemporary() + "'");
+    EXPECT_EQ(m_directory.read("model.x"), "old");
+    EXPECT_TRUE(m_platform->calls.empty());
 }

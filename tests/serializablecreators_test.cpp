@@ -67,6 +67,19 @@ TEST_F(SerializableCreatorsTest, OneCreatorMayHaveSeveralNames)
     EXPECT_EQ(registry().getCreator("OtherName"), &creator);
 }
 
+TEST_F(SerializableCreatorsTest, RollbackDeletesACreatorOfSeveralNamesOnce)
+{
+    SerializableCreator* const creator = add("NameBefore");
+    {
+        const Rollback rollback(true);
+        registry().add("Name", creator);
+        registry().add("OtherName", creator);
+    }
+    EXPECT_EQ(deleted, std::vector<std::string>{"NameBefore"});
+    for (const char* const name : {"NameBefore", "Name", "OtherName"})
+        EXPECT_EQ(registry().getCreator(name), nullptr);
+}
+
 TEST_F(SerializableCreatorsTest, SetOfNoRollbackFails)
 {
     EXPECT_ASSERTION(registry().set(nullptr), "valid(rollback)");

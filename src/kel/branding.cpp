@@ -32,20 +32,25 @@ void Branding::set(const Ztring& company, const Ztring& product, const Ztring& p
                    const std::string& webHost, const std::string& emailPattern, const std::string& installMutex,
                    const std::string& installDirVariable, const std::string& tag)
 {
-    m_company = company;
-    m_product = product;
-    m_productLower = productLower;
-    m_shortCompany = shortCompany;
-    m_webHost = webHost;
-    m_emailPattern = emailPattern;
-    m_installMutex = installMutex;
-    m_installDirVariable = installDirVariable;
-    m_tag = tag;
+    // All are copied before the first changes, since they may be values of this object, and memory may run out.
+    Ztring texts[] = {company, product, productLower, shortCompany};
+    std::string strings[] = {webHost, emailPattern, installMutex, installDirVariable, tag};
+    m_company.swap(texts[0]);
+    m_product.swap(texts[1]);
+    m_productLower.swap(texts[2]);
+    m_shortCompany.swap(texts[3]);
+    m_webHost.swap(strings[0]);
+    m_emailPattern.swap(strings[1]);
+    m_installMutex.swap(strings[2]);
+    m_installDirVariable.swap(strings[3]);
+    m_tag.swap(strings[4]);
 }
 
 std::string Branding::setUrl(const std::string& webHost)
 {
-    return std::exchange(m_webHost, webHost);
+    std::string previous(webHost);
+    m_webHost.swap(previous);
+    return previous;
 }
 
 void Branding::addPoweredBy(const Ztring& credit)

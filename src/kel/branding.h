@@ -27,7 +27,7 @@ public:
     /// @name Values
     /// @{
 
-    /// Replaces all values but the credits. The arguments must not be references got from the getters.
+    /// Replaces all values but the credits.
     void set(const Ztring& company, const Ztring& product, const Ztring& productLower, const Ztring& shortCompany,
              const std::string& webHost, const std::string& emailPattern, const std::string& installMutex,
              const std::string& installDirVariable, const std::string& tag);

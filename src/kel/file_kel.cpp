@@ -17,13 +17,22 @@ Ztring dotted(const Ztring& extension)
     return Ztring(".").append(extension);
 }
 
+// The system would open the file that is named by what stands before the zero byte.
+bool hasZeroByte(const std::string& path)
+{
+    return path.find('\0') != std::string::npos;
+}
+
 // A stream that is set to throw does so with a failure of its own, which says nothing about the file.
 template <class Stream>
 bool openStream(Stream& stream, const std::string& path, std::ios_base::openmode mode)
 {
     try
     {
-        stream.open(path, mode);
+        if (hasZeroByte(path))
+            stream.setstate(std::ios_base::failbit);
+        else
+            stream.open(path, mode);
     }
     catch (const std::ios_base::failure&)
     {
@@ -36,6 +45,12 @@ bool openStream(Stream& stream, const std::string& path, std::ios_base::openmode
 namespace Kel
 {
 File::File(const Ztring& path) : m_path(path) {}
+
+File& File::operator=(const Ztring& path)
+{
+    m_path = path;
+    return *this;
+}
 
 const Ztring& File::getPath() const
 {
@@ -127,7 +142,8 @@ void File::open(std::ofstream& stream) const
 
 std::FILE* File::fOpen(const char* mode) const
 {
-    std::FILE* const handle = std::fopen(m_path.toUtf8().c_str(), mode);
+    const std::string path = m_path.toUtf8();
+    std::FILE* const handle = hasZeroByte(path) ? nullptr : std::fopen(path.c_str(), mode);
     if (handle == nullptr)
         throwOpenFailed();
     return handle;
@@ -182,28 +198,16 @@ void File::throwOpenFailed() const
 
 void File::throwReadingCorrupt() const
 {
-    try
-    {
-        Ztring::throwProblem();
-    }
-    catch (Problem& problem)
-    {
-        annotateRead(problem);
-        throw;
-    }
+    Problem problem(Ztring::emptyZtring);
+    annotateRead(problem);
+    throw problem;
 }
 
 void File::throwWritingCorrupt() const
 {
-    try
-    {
-        Ztring::throwProblem();
-    }
-    catch (Problem& problem)
-    {
-        annotateWrite(problem);
-        throw;
-    }
+    Problem problem(Ztring::emptyZtring);
+    annotateWrite(problem);
+    throw problem;
 }
 
 std::size_t find(const Ztring& needle, const wxString& path)

@@ -17,13 +17,15 @@ namespace Kel
 ///
 /// Both "/" and "\" separate directories, and an extension is what follows the last "." of the whole path, be it in a
 /// directory's name. Only the opening operations and appendTo() touch the disk. They pass the path in UTF-8, whatever
-/// the locale, so that one path is one file, and fail with the Problem of throwOpenFailed().
+/// the locale, so that one path is one file (and one with a zero byte none), and fail with the Problem of
+/// throwOpenFailed().
 class KEL_API File
 {
 public:
     File(const Ztring& path);
     File(const File& other) = default;
     File& operator=(const File& other) = default;
+    File& operator=(const Ztring& path);
 
     const Ztring& getPath() const;
     bool empty() const;

@@ -43,6 +43,12 @@ void removeFile(const Kel::File& file, bool quiet)
     Platform::getSingleton()->deleteFile(file, quiet);
 }
 
+void requireReadable(const Kel::File& file)
+{
+    std::ifstream in;
+    file.open(in);
+}
+
 void removeTemporaryQuietly(const Kel::File& target) noexcept
 {
     try
@@ -95,8 +101,11 @@ void FileWriter::close()
     m_isClosing = true;
     m_writer.reset();
     m_out.reset();
+    const Kel::File temporary = getTemporary(*m_file);
+    // The old file must not go without a new one to take its place.
+    requireReadable(temporary);
     removeFile(*m_file, false);
-    Platform::getSingleton()->moveFile(getTemporary(*m_file), *m_file, false);
+    Platform::getSingleton()->moveFile(temporary, *m_file, false);
     m_file.reset();
     m_isClosing = false;
 }

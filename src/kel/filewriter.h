@@ -51,7 +51,8 @@ public:
 
     /// Completes the temporary file, deletes the old target, if any, and moves the temporary file into its place.
     ///
-    /// What the platform throws passes through. The temporary file is complete then and stays on disk; `close` may
+    /// A temporary file that is gone meanwhile throws "Failed to open file: '%1'", and the old target stays. What the
+    /// platform throws passes through. The temporary file is complete then and stays on disk; `close` may
     /// be called again. Without a file opened it fails with the assertion "valid(m_file)".
     void close();
 

@@ -13,8 +13,7 @@ bool Serializable::isWritable()
 
 SerializableCreator* Serializable::getCreator()
 {
-    KEL_ASSERT(false, "false");
-    return nullptr;
+    ZAssert::throwProblem("false", __FILE__, __LINE__);
 }
 
 void Serializable::write(Writer& /*writer*/) {}

@@ -5,6 +5,8 @@
 #include <kel/serializablecreator.h>
 #include <kel/zassert.h>
 
+#include <memory>
+
 SerializableCreators& SerializableCreators::getSingleton()
 {
     static SerializableCreators s_singleton;
@@ -47,9 +49,9 @@ void SerializableCreators::removeOne(const std::string& name)
     const auto found = m_creatorsByName.find(name);
     if (found == m_creatorsByName.end())
         return;
-    SerializableCreator* const creator = found->second;
-    m_creatorsByName.erase(found);
-    delete creator;
+    const std::unique_ptr<SerializableCreator> creator(found->second);
+    // Under all its names, which it may have several of.
+    std::erase_if(m_creatorsByName, [&](const auto& entry) { return entry.second == creator.get(); });
 }
 
 SerializableCreators::Rollback::Rollback(bool enable)

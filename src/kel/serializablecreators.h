@@ -42,7 +42,7 @@ public:
     void set(Rollback* rollback);
 
     /// Ends the active rollback, then unregisters and deletes the creators of these names, in order.
-    /// A name that is not registered (any more) is passed over.
+    /// A name that is not registered (any more) is passed over; a creator of several names goes under all of them.
     void remove(const Array<std::string>& names);
 
 private:
