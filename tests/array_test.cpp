@@ -2,6 +2,8 @@
 // libkel: Foundations
 #include <kel/array.h>
 
+#include <kel/ztring.h>
+
 #include "support/allocations.h"
 
 #include <gmock/gmock.h>
@@ -287,6 +289,17 @@ TEST(Array, RunningOutOfMemoryLeavesTheArrayAsItWas)
                                                              });
     EXPECT_EQ(failures, 2u);
     EXPECT_THAT(array, ElementsAre("a", "b", text));
+}
+
+TEST(Array, TextsAreErasedWhereMemoryHasRunOut)
+{
+    Array<Ztring> array = makeArray<Ztring>("a", std::string(100, 'b'), std::string(200, 'c'));
+    const Ztring& erased = array[0];
+    {
+        const allocations::Limit none(0);
+        array.erase(erased);
+    }
+    EXPECT_THAT(array, ElementsAre(Ztring(std::string(100, 'b')), Ztring(std::string(200, 'c'))));
 }
 
 TEST(Array, DestructorIsVirtual)

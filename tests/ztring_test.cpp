@@ -555,6 +555,9 @@ TEST(ZtringUtf8, EncodesEmbeddedNuls)
     EXPECT_EQ(fromWide(std::wstring(L"a\0b", 3)).toUtf8(), std::string("a\0b", 3));
     EXPECT_EQ(fromWide(std::wstring(L"a\0", 2)).toUtf8(), std::string("a\0", 2));
     EXPECT_EQ(fromWide(std::wstring(1, L'\0')).toUtf8(), std::string(1, '\0'));
+    // Behind other characters the text goes through the converter.
+    EXPECT_EQ(fromWide(std::wstring(L"\u00E9\0\u00E9\0\0", 5)).toUtf8(), std::string("\xC3\xA9\0\xC3\xA9\0\0", 7));
+    EXPECT_EQ(fromWide(std::wstring(L"\0\u00E9", 2)).toUtf8(), std::string("\0\xC3\xA9", 3));
 }
 
 TEST(ZtringUtf8, DecodesEveryCharacter)
@@ -706,6 +709,28 @@ TEST(Ztring, BytesKeepEmbeddedNuls)
              {std::string("a\0b", 3), std::string("a\0", 2), std::string("\0", 1), std::string("\0\0a\0\0", 5)})
             EXPECT_EQ(Ztring(bytes).str(), bytes) << name;
     }
+}
+
+TEST(Ztring, BytesKeepEmbeddedNulsBesideOtherCharacters)
+{
+    const ScopedLocale locale("C.utf8");
+    const std::string bytes("\xC3\xA9\0\xC3\xA9\0\0", 7);
+    EXPECT_EQ(Ztring(bytes), fromWide(std::wstring(L"\u00E9\0\u00E9\0\0", 5)));
+    EXPECT_EQ(Ztring(bytes).str(), bytes);
+}
+
+TEST(Ztring, AssignmentByMovingTakesTheTextAndStartsWithTheFirstPlaceholder)
+{
+    Ztring from("%1 %2");
+    from.argReplace("a");
+    Ztring to("old");
+    to.argReplace("unused");
+    to = std::move(from);
+    to.argReplace("b");
+    EXPECT_EQ(to, "a %2");
+    Ztring& same = to;
+    to = std::move(same);
+    EXPECT_EQ(to, "a %2");
 }
 
 TEST(Ztring, StreamOutputFollowsTheWidthOfTheStream)

@@ -14,7 +14,8 @@
 ///
 /// Counts are 32 bits wide. Elements are assigned into place, so T needs a default constructor and assignment; they
 /// are destroyed with the block and not before. An operation that throws (for memory, or because a copy of an element
-/// throws) leaves the array as it was. Iterators are pointers, valid until the block is replaced.
+/// throws) leaves the array as it was, but for erase() where moving an element throws. Iterators are pointers, valid
+/// until the block is replaced.
 template <class T>
 class Array
 {

@@ -2,7 +2,9 @@
 // libkel: Persistence
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
+#include <limits>
 #include <streambuf>
 
 /// The characters that a stream buffer has ready to be taken, and the room it has for characters to be put.
@@ -15,7 +17,11 @@ public:
     BufferArea() = delete;
 
     static const char* getBegin(const std::streambuf& buffer) { return (buffer.*&BufferArea::gptr)(); }
-    static const char* getEnd(const std::streambuf& buffer) { return (buffer.*&BufferArea::egptr)(); }
+    static const char* getEnd(const std::streambuf& buffer)
+    {
+        const char* const begin = getBegin(buffer);
+        return begin + std::min((buffer.*&BufferArea::egptr)() - begin, s_most);
+    }
 
     /// Takes the characters up to this one, which stands between the begin and the end.
     static void takeTo(std::streambuf& buffer, const char* end)
@@ -25,7 +31,7 @@ public:
 
     static std::size_t getRoom(const std::streambuf& buffer)
     {
-        return static_cast<std::size_t>((buffer.*&BufferArea::epptr)() - putBegin(buffer));
+        return static_cast<std::size_t>(std::min((buffer.*&BufferArea::epptr)() - putBegin(buffer), s_most));
     }
     static char* putBegin(const std::streambuf& buffer) { return (buffer.*&BufferArea::pptr)(); }
 
@@ -34,4 +40,8 @@ public:
     {
         (buffer.*&BufferArea::pbump)(static_cast<int>(end - putBegin(buffer)));
     }
+
+private:
+    /// A buffer may have more ready than the functions that take and put can count.
+    static constexpr std::ptrdiff_t s_most = std::numeric_limits<int>::max();
 };

@@ -70,7 +70,8 @@ public:
     /// bool is written as 0 or 1, a character as its code. Real numbers keep six digits unless the stream is given a
     /// higher precision (17 brings back every double). Infinity and NaN are written, but reading them fails with
     /// "Invalid stream".
-    /// For Ztring, writes a counted string: the length of its UTF-8 in bytes, the bytes, each with a separator.
+    /// For Ztring, writes a counted string: the length of its UTF-8 in bytes, the bytes, each with a separator. That it
+    /// is shorter than 4 GiB is not checked.
     template <class T>
     requires(std::is_arithmetic_v<T> || std::is_same_v<T, Ztring>) Writer& write(const T& value);
 

@@ -138,6 +138,13 @@ Ztring& Ztring::operator=(const Ztring& other)
     return *this;
 }
 
+Ztring& Ztring::operator=(Ztring&& other) noexcept
+{
+    std::swap(m_text, other.m_text);
+    m_nextArg = other.m_nextArg = 1;
+    return *this;
+}
+
 Ztring::~Ztring()
 {
     delete m_text;

@@ -20,8 +20,9 @@
 ///     message.argReplace(to);
 ///
 /// Lengths and positions count characters (code points). "Locale" is the multibyte encoding of the current C locale
-/// (LC_CTYPE); a whole text that an encoding cannot express becomes the empty text, never a failure. Moving copies.
-/// Not for use by two threads at once, not even through const operations: the replacing ones write through them.
+/// (LC_CTYPE); a whole text that an encoding cannot express becomes the empty text, never a failure. Construction by
+/// moving copies. Not for use by two threads at once, not even through const operations: the replacing ones write
+/// through them.
 class KEL_API Ztring
 {
 public:
@@ -41,6 +42,8 @@ public:
     Ztring(const Ztring& other);
     /// Starts with the placeholder "%1" again, even on assignment to itself.
     Ztring& operator=(const Ztring& other);
+    /// Leaves the other one with some text.
+    Ztring& operator=(Ztring&& other) noexcept;
     ~Ztring();
     /// Exchanges two texts and the state of their placeholders; never fails.
     void swap(Ztring& other) noexcept;
