@@ -120,6 +120,14 @@ TEST(Bulletin, NotifyChangedReachesItsObservers)
     EXPECT_NE(recorder.heard[0].second, nullptr);
 }
 
+TEST(Bulletin, NotifyChangedMakesNothingWithoutObservers)
+{
+    Bulletin bulletin;
+    const unsigned before = BulletinKey().getNumber();
+    bulletin.notifyChanged();
+    EXPECT_EQ(BulletinKey().getNumber(), before + 1);
+}
+
 TEST(Bulletin, DestroyAsksTellsAndDeletes)
 {
     Story story;

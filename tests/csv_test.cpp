@@ -52,7 +52,7 @@ TEST_F(CsvFields, QuotesInsideAreDoubled)
     EXPECT_EQ(write("\""), "\"\"\"\",");
 }
 
-TEST_F(CsvFields, WritingFollowsNoWidth)
+TEST_F(CsvFields, FollowOneAnotherInALine)
 {
     std::ostringstream out;
     m_csv.writeElement(out, "a");

@@ -12,6 +12,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 
 namespace
@@ -106,4 +107,28 @@ TEST(Log, ErrorFileIsNamedInUtf8)
     FileLog log;
     log.setStdErr(path);
     EXPECT_TRUE(directory.has("h\xC3\xA4user.txt"));
+}
+
+TEST(Log, AnotherBulletinUnderItsKeyIsNoLog)
+{
+    DynamicFactory& factory = DynamicFactory::getSingleton();
+    factory.add(new Bulletin(Kel::Log::getStaticKey()));
+    EXPECT_ASSERTION(Kel::Log::getSingleton(), "!hasKey(key)");
+    Bulletin::destroy(factory.removeByKey(Kel::Log::getStaticKey()), false);
+}
+
+TEST(Log, ErrorFileIsCompleteWhenTheLogIsGone)
+{
+    /// Leaves what it writes to the file's buffer.
+    class LazyLog : public Kel::Log
+    {
+        void append(const Ztring& text, Message::Type) override { *m_stdErr << text; }
+    };
+    const TemporaryDirectory directory;
+    auto log = std::make_unique<LazyLog>();
+    Kel::Log& base = *log;
+    base.setStdErr(directory / "err.txt");
+    base.append(Ztring("boom"), Message::Error);
+    log.reset();
+    EXPECT_EQ(directory.read("err.txt"), "boom");
 }

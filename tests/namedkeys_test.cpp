@@ -23,11 +23,26 @@ const std::string& nameOf(unsigned number)
 {
     return NamedKeys::getSingleton().getName(number);
 }
+
+const BulletinKey earlyKey("early");
 } // namespace
 
 TEST(NamedKeys, SingletonIsOneRegistry)
 {
     EXPECT_EQ(&NamedKeys::getSingleton(), &NamedKeys::getSingleton());
+}
+
+TEST(NamedKeys, AreThereForKeysThatAreMadeBeforeMain)
+{
+    EXPECT_EQ(earlyKey.getName(), "early");
+    EXPECT_EQ(BulletinKey("early"), earlyKey);
+}
+
+// The library's own versions are named before any other code runs.
+TEST(NamedKeys, FirstNumberIsOne)
+{
+    EXPECT_EQ(NamedKeys::getSingleton().getName(0), "");
+    EXPECT_NE(NamedKeys::getSingleton().getName(1), "");
 }
 
 TEST(NamedKeys, GiveANameItsNumberOnFirstUse)
