@@ -67,7 +67,7 @@ protected:
         const std::string temporary = directory / "a.truss.tmp";
         const bool isOfTemporary = call.path == temporary;
         if (call.name == "fopen")
-            return isOfTemporary && call.changesDisk ? failedToOpen() : "";
+            return isOfTemporary ? failedToOpen() : "";
         if (call.name == "write")
             return failedToSave();
         if (call.name == "fsync" && !isOfTemporary)
