@@ -408,6 +408,14 @@ TEST_F(CommandControllerTest, FailingObserverFindsTheStacksAlreadyChanged)
     menu.fails = false;
 }
 
+TEST_F(CommandControllerTest, FailureOfAnObserverTakesThePlaceOfTheCommands)
+{
+    execute("a").onUndo = [] { throw std::logic_error("command"); };
+    menu.fails = true;
+    EXPECT_THROW(controller.undo(), std::runtime_error);
+    EXPECT_EQ(getLabels(), "-|-");
+}
+
 TEST_F(CommandControllerTest, CommandThatThereIsNoRoomForIsDeletedBeforeItIsExecuted)
 {
     executeAll({"a", "b"});

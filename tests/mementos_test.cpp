@@ -193,6 +193,24 @@ TEST_F(MementosTest, ProgressIsThrottled)
     EXPECT_THAT(status->updates, ElementsAre(75, 75));
 }
 
+TEST_F(MementosTest, UndoAndRedoReportNothingWithoutProgressOrInsideAnUpdate)
+{
+    addSteps({"a", "b"});
+    status->setState(Status::NoProgress);
+    mementos.undo();
+    mementos.redo();
+    EXPECT_THAT(status->updates, IsEmpty());
+    status->setState(Status::ApplicationState(0));
+    status->onUpdate = [this](int)
+    {
+        mementos.undo();
+        mementos.redo();
+    };
+    status->elapse();
+    status->checkInterrupt(7);
+    EXPECT_THAT(status->updates, ElementsAre(7));
+}
+
 TEST_F(MementosTest, InterruptedDuringTheCheckKeepsOnlyWhatRan)
 {
     addSteps({"a", "b", "c", "d"});

@@ -146,6 +146,28 @@ TEST(Status, SettingTheSameIntervalChangesNothing)
     EXPECT_TRUE(status.checkInterrupt(10));
 }
 
+TEST(Status, IntervalOfZeroAtItsBeginningIsKept)
+{
+    Timer::setStaticIntervals(0);
+    TestStatus status;
+    Timer::setStaticIntervals(250);
+    EXPECT_EQ(status.getUpdateInterval(), 0u);
+    status.elapse();
+    EXPECT_TRUE(status.checkInterrupt(10));
+}
+
+// The nearest number of single precision is 129 ms more.
+TEST(Status, TicksOfTheIntervalAreRoundedToSinglePrecision)
+{
+    TestStatus status;
+    status.setUpdateInterval(4294967167u);
+    status.sleep(4294967167u);
+    status.sleep(1);
+    EXPECT_FALSE(status.checkInterrupt(10));
+    status.sleep(200);
+    EXPECT_TRUE(status.checkInterrupt(20));
+}
+
 TEST(Status, UpdateStartsTheIntervalAnewAtItsEnd)
 {
     TestStatus status;
