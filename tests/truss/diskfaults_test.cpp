@@ -1,17 +1,16 @@
 // SPDX-License-Identifier: MIT
 // Saving and opening while the disk fails: real limits of the system first, then a fault at every single call.
 #include <truss/support/faultydisk.h>
+#include <truss/support/limit.h>
 #include <truss/support/savingtest.h>
 
 #include <support/tally.h>
 
 #include <sched.h>
 #include <sys/mount.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 
 #include <algorithm>
-#include <csignal>
 #include <cstdio>
 #include <cstring>
 
@@ -20,26 +19,6 @@ namespace
 using Fault = FaultyDisk::Fault;
 
 Tally s_faults("faults of the disk");
-
-/// While it lives, a resource of the process is limited.
-class Limit
-{
-public:
-    Limit(__rlimit_resource resource, rlim_t limit) : m_resource(resource)
-    {
-        std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(m_resource, &m_before);
-        const rlimit now{limit, m_before.rlim_max};
-        setrlimit(m_resource, &now);
-    }
-    Limit(const Limit&) = delete;
-    Limit& operator=(const Limit&) = delete;
-    ~Limit() { setrlimit(m_resource, &m_before); }
-
-private:
-    __rlimit_resource m_resource;
-    rlimit m_before{};
-};
 
 class DiskFaults : public SavingTest
 {
