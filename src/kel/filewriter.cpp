@@ -98,12 +98,12 @@ Writer* FileWriter::open(const Kel::File& target, bool showStatus)
 void FileWriter::close()
 {
     KEL_ASSERT(m_file, "valid(m_file)");
-    m_isClosing = true;
     m_writer.reset();
     m_out.reset();
     const Kel::File temporary = getTemporary(*m_file);
     // The old file must not go without a new one to take its place.
     requireReadable(temporary);
+    m_isClosing = true;
     removeFile(*m_file, false);
     Platform::getSingleton()->moveFile(temporary, *m_file, false);
     m_file.reset();

@@ -35,7 +35,8 @@ class KEL_API FileWriter
 {
 public:
     FileWriter();
-    /// Deletes the temporary file unless `close` was reached. What the platform throws meanwhile is dropped.
+    /// Deletes the temporary file unless `close` came to replacing the target. What the platform throws meanwhile is
+    /// dropped.
     ~FileWriter();
     FileWriter(const FileWriter&) = delete;
     FileWriter& operator=(const FileWriter&) = delete;
@@ -52,7 +53,7 @@ public:
     /// Completes the temporary file, deletes the old target, if any, and moves the temporary file into its place.
     ///
     /// A temporary file that is gone meanwhile throws "Failed to open file: '%1'", and the old target stays. What the
-    /// platform throws passes through. The temporary file is complete then and stays on disk; `close` may
+    /// platform throws passes through; the temporary file is complete then and stays on disk. After either, `close` may
     /// be called again. Without a file opened it fails with the assertion "valid(m_file)".
     void close();
 
