@@ -4,6 +4,8 @@
 
 #include <kel/problem.h>
 
+#include "textcodec_p.h"
+
 #include <wx/strconv.h>
 
 #include <algorithm>
@@ -13,75 +15,6 @@
 
 namespace
 {
-bool isCodePoint(wchar_t c)
-{
-    return static_cast<wxUint32>(c) <= 0x10FFFF;
-}
-
-// The converters are of two minds about what lies past the last code point: some let it pass, some report it as an
-// error in the program. No text with it leaves or enters here.
-bool isConvertible(const std::wstring& wide)
-{
-    return std::all_of(wide.begin(), wide.end(), isCodePoint);
-}
-
-template <class Iterator>
-bool isAscii(Iterator first, Iterator last)
-{
-    return std::all_of(first, last, [](auto c) { return static_cast<wxUint32>(c) < 0x80; });
-}
-
-// ASCII is the same in all encodings here, and nearly all that is converted; the converters take many times as long.
-//
-// Both ways, the text is converted together with the NUL that ends it and into memory of our own: for any other text
-// the converters make a copy, which is lost when there is no memory for the converted one.
-wxString decode(const char* bytes, std::size_t length, const wxMBConv& conversion)
-{
-    if (isAscii(bytes, bytes + length))
-        return std::wstring(bytes, bytes + length);
-    const std::size_t size = conversion.ToWChar(nullptr, 0, bytes, length + 1);
-    if (size == wxCONV_FAILED)
-        return wxString();
-    std::wstring wide(size, L'\0');
-    conversion.ToWChar(wide.data(), size, bytes, length + 1);
-    wide.pop_back();
-    return isConvertible(wide) ? wide : std::wstring();
-}
-
-std::string encode(const wxString& text, const wxMBConv& conversion)
-{
-    const std::wstring& wide = text.ToStdWstring();
-    if (isAscii(wide.begin(), wide.end()))
-        return std::string(wide.begin(), wide.end());
-    if (!isConvertible(wide))
-        return std::string();
-    const std::size_t size = conversion.FromWChar(nullptr, 0, wide.c_str(), wide.size() + 1);
-    if (size == wxCONV_FAILED)
-        return std::string();
-    std::string bytes(size, '\0');
-    conversion.FromWChar(bytes.data(), size, wide.c_str(), wide.size() + 1);
-    bytes.pop_back();
-    return bytes;
-}
-
-std::size_t getUtf8Length(const wxString& text)
-{
-    std::size_t length = 0;
-    for (const wchar_t c : text.ToStdWstring())
-        length += 1u + (c > 0x7F) + (c > 0x7FF) + (c > 0xFFFF);
-    return length;
-}
-
-// Not wxUniChar::FromHi8bit, which reports a byte that it cannot decode as an error in the program.
-wchar_t decodeByte(char c)
-{
-    if (static_cast<unsigned char>(c) < 0x80)
-        return static_cast<wchar_t>(c);
-    const char text[2] = {c, '\0'};
-    wchar_t decoded[3] = {};
-    return wxConvLibc.ToWChar(decoded, 3, text, 2) == wxCONV_FAILED ? L'?' : decoded[0];
-}
-
 // Makes a new text, so that target and value may be part of the old one.
 void replaceAll(wxString& text, const wxString& target, const wxString& value)
 {
@@ -120,11 +53,14 @@ const Ztring Ztring::emptyZtring;
 Ztring::Ztring() : m_text(new wxString) {}
 
 Ztring::Ztring(const char* bytes)
-    : m_text(new wxString(decode(bytes, bytes == nullptr ? 0 : std::strlen(bytes), wxConvLibc)))
+    : m_text(new wxString(TextCodec::decode(bytes, bytes == nullptr ? 0 : std::strlen(bytes), wxConvLibc)))
 {
 }
 
-Ztring::Ztring(const std::string& bytes) : m_text(new wxString(decode(bytes.data(), bytes.size(), wxConvLibc))) {}
+Ztring::Ztring(const std::string& bytes)
+    : m_text(new wxString(TextCodec::decode(bytes.data(), bytes.size(), wxConvLibc)))
+{
+}
 
 Ztring::Ztring(const wxString& text) : m_text(new wxString(text)) {}
 
@@ -204,7 +140,7 @@ Ztring& Ztring::operator+=(const Ztring& text)
 
 Ztring& Ztring::operator+=(char c)
 {
-    m_text->append(1, decodeByte(c));
+    m_text->append(1, TextCodec::decodeByte(c));
     return *this;
 }
 
@@ -212,13 +148,13 @@ void Ztring::insert(unsigned int pos, unsigned int count, char c)
 {
     if (pos > length())
         throw std::out_of_range("basic_string::insert");
-    m_text->insert(pos, count, decodeByte(c));
+    m_text->insert(pos, count, TextCodec::decodeByte(c));
 }
 
 void Ztring::remove(char c)
 {
     std::wstring text = m_text->ToStdWstring();
-    std::erase(text, decodeByte(c));
+    std::erase(text, TextCodec::decodeByte(c));
     *m_text = text;
 }
 
@@ -280,15 +216,15 @@ const Ztring& Ztring::replaceAllIn(const Replacements& pairs) const
 
 std::string Ztring::toUtf8() const
 {
-    return encode(*m_text, wxMBConvUTF8());
+    return TextCodec::encode(*m_text, wxMBConvUTF8());
 }
 
 void Ztring::fromUtf8(const std::string& bytes)
 {
     const std::size_t length = std::strlen(bytes.c_str());
-    wxString text = decode(bytes.data(), length, wxMBConvUTF8());
+    wxString text = TextCodec::decode(bytes.data(), length, wxMBConvUTF8());
     // The converter lets most characters pass that are encoded in more bytes than they need, which is invalid.
-    if (getUtf8Length(text) != length)
+    if (TextCodec::getUtf8Length(text) != length)
         text.clear();
     m_text->swap(text);
 }
@@ -313,7 +249,7 @@ void Ztring::fromAscii(const std::string& bytes)
 
 std::string Ztring::str() const
 {
-    return encode(*m_text, wxConvLibc);
+    return TextCodec::encode(*m_text, wxConvLibc);
 }
 
 Ztring::operator std::string() const
