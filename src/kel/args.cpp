@@ -79,16 +79,6 @@ void Args::remove(const std::string& name)
     m_args.erase(name);
 }
 
-std::size_t Args::size() const
-{
-    return m_args.size();
-}
-
-bool Args::empty() const
-{
-    return m_args.empty();
-}
-
 void Args::getRemaining(Array<Ztring>& out) const
 {
     for (const auto& [name, value] : m_args)

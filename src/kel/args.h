@@ -57,8 +57,8 @@ public:
     void remove(const std::string& name);
 
     /// How many words are left.
-    std::size_t size() const;
-    bool empty() const;
+    std::size_t size() const { return m_args.size(); }
+    bool empty() const { return m_args.empty(); }
 
     /// @}
     /// @name Reporting

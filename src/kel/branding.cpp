@@ -20,8 +20,6 @@ Branding::Branding()
 {
 }
 
-Branding::~Branding() = default;
-
 Branding* Branding::getSingleton()
 {
     static Branding s_branding;
@@ -56,56 +54,6 @@ std::string Branding::setUrl(const std::string& webHost)
 void Branding::addPoweredBy(const Ztring& credit)
 {
     m_poweredBy.push_back(credit);
-}
-
-const Ztring& Branding::getCompany() const
-{
-    return m_company;
-}
-
-const Ztring& Branding::getShortCompany() const
-{
-    return m_shortCompany;
-}
-
-const Ztring& Branding::getProduct() const
-{
-    return m_product;
-}
-
-const Ztring& Branding::getProductLower() const
-{
-    return m_productLower;
-}
-
-const std::string& Branding::getWebHost() const
-{
-    return m_webHost;
-}
-
-const std::string& Branding::getEmailPattern() const
-{
-    return m_emailPattern;
-}
-
-const std::string& Branding::getInstallMutex() const
-{
-    return m_installMutex;
-}
-
-const std::string& Branding::getInstallDirVariable() const
-{
-    return m_installDirVariable;
-}
-
-const std::string& Branding::getTag() const
-{
-    return m_tag;
-}
-
-const Array<Ztring>& Branding::getPoweredBy() const
-{
-    return m_poweredBy;
 }
 
 std::string Branding::createUrl(const std::string& page) const

@@ -16,7 +16,7 @@ class KEL_API Branding
 public:
     /// Has the values of the library and no credits.
     Branding();
-    ~Branding();
+    ~Branding() = default;
 
     Branding(const Branding&) = delete;
     Branding& operator=(const Branding&) = delete;
@@ -39,30 +39,30 @@ public:
     void addPoweredBy(const Ztring& credit);
 
     /// The maker's name, in full and as a lower-case abbreviation.
-    const Ztring& getCompany() const;
-    const Ztring& getShortCompany() const;
+    const Ztring& getCompany() const { return m_company; }
+    const Ztring& getShortCompany() const { return m_shortCompany; }
 
     /// The product's name, as shown and as used in paths.
-    const Ztring& getProduct() const;
-    const Ztring& getProductLower() const;
+    const Ztring& getProduct() const { return m_product; }
+    const Ztring& getProductLower() const { return m_productLower; }
 
     /// Host name of the web site, without scheme or path.
-    const std::string& getWebHost() const;
+    const std::string& getWebHost() const { return m_webHost; }
 
     /// An e-mail address whose local part is "%1".
-    const std::string& getEmailPattern() const;
+    const std::string& getEmailPattern() const { return m_emailPattern; }
 
     /// Name of the system-wide lock by which an installer notices a running copy.
-    const std::string& getInstallMutex() const;
+    const std::string& getInstallMutex() const { return m_installMutex; }
 
     /// Name of the environment variable that points at the installation.
-    const std::string& getInstallDirVariable() const;
+    const std::string& getInstallDirVariable() const { return m_installDirVariable; }
 
     /// First path segment of the download addresses.
-    const std::string& getTag() const;
+    const std::string& getTag() const { return m_tag; }
 
     /// The credits, in the order in which they were added.
-    const Array<Ztring>& getPoweredBy() const;
+    const Array<Ztring>& getPoweredBy() const { return m_poweredBy; }
 
     /// @}
     /// @name Addresses

@@ -10,8 +10,6 @@
 
 #include "lifewatch_p.h"
 
-constinit LifeWatch* LifeWatch::s_innermost = nullptr;
-
 namespace
 {
 /// Whether there is an address, which is that of a reference: read so that no compiler can conclude that there must be.

@@ -34,7 +34,7 @@ public:
     }
 
 private:
-    static LifeWatch* s_innermost;
+    static inline constinit LifeWatch* s_innermost = nullptr;
 
     const Bulletin* m_bulletin;
     LifeWatch* const m_outer;

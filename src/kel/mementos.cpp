@@ -86,16 +86,6 @@ void Mementos::redo()
     }
 }
 
-unsigned int Mementos::size() const
-{
-    return m_mementos.size();
-}
-
-bool Mementos::empty() const
-{
-    return m_mementos.empty();
-}
-
 // Cuts the list before it deletes anything, so that it never names what is gone, even where memory runs out.
 void Mementos::truncate(unsigned int count)
 {

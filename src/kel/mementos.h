@@ -42,8 +42,8 @@ public:
     /// Redoes the mementos in order, with progress but without interruption.
     void redo() override;
 
-    unsigned int size() const;
-    bool empty() const;
+    unsigned int size() const { return m_mementos.size(); }
+    bool empty() const { return m_mementos.empty(); }
 
 private:
     void truncate(unsigned int count);

@@ -7,10 +7,6 @@
 #include <kel/reader.h>
 #include <kel/writer.h>
 
-NamedKeys::NamedKeys() = default;
-
-NamedKeys::~NamedKeys() = default;
-
 NamedKeys& NamedKeys::getSingleton()
 {
     static NamedKeys singleton;

@@ -15,10 +15,10 @@ class Writer;
 class KEL_API NamedKeys
 {
 public:
-    NamedKeys();
+    NamedKeys() = default;
     NamedKeys(const NamedKeys&) = delete;
     NamedKeys& operator=(const NamedKeys&) = delete;
-    ~NamedKeys();
+    ~NamedKeys() = default;
 
     /// The registry that all keys use. Made on first use and destroyed at exit.
     static NamedKeys& getSingleton();

@@ -5,6 +5,8 @@
 #include <kel/log_kel.h>
 #include <kel/translator.h>
 
+#include "totext_p.h"
+
 #include <algorithm>
 #include <ctime>
 
@@ -17,14 +19,6 @@ std::uint64_t getTicks()
     return static_cast<std::uint64_t>(std::clock());
 }
 
-template <class T>
-Ztring format(const T& value)
-{
-    Ztring text;
-    Ztring::append(value, text);
-    return text;
-}
-
 void log(const Ztring& text)
 {
     Kel::Log::getSingleton()->append(text, Message::Info);
@@ -33,17 +27,17 @@ void log(const Ztring& text)
 void logBegin(const Parallel::Info* info, const char* name)
 {
     const Ztring text = Translator::tr("Thread::Info %1, Task Begin: %2");
-    text.argReplace(format(info));
-    text.argReplace(format(name));
+    text.argReplace(toText(info));
+    text.argReplace(toText(name));
     log(text);
 }
 
 void logThreads(const Parallel::Info* info, unsigned int threads, unsigned int taskSize)
 {
     const Ztring text = Translator::tr("Thread::Info %1, Threads: %2, Task Size: %3");
-    text.argReplace(format(info));
-    text.argReplace(format(threads));
-    text.argReplace(format(taskSize));
+    text.argReplace(toText(info));
+    text.argReplace(toText(threads));
+    text.argReplace(toText(taskSize));
     log(text);
 }
 
@@ -51,15 +45,11 @@ void logEnd(const Parallel::Info* info, std::uint64_t start)
 {
     const float seconds = static_cast<float>(getTicks() - start) / 1000000.0F;
     const Ztring text = Translator::tr("Thread::Info %1, Task End, Duration: %2s");
-    text.argReplace(format(info));
-    text.argReplace(format(seconds));
+    text.argReplace(toText(info));
+    text.argReplace(toText(seconds));
     log(text);
 }
 } // namespace
-
-Parallel::Parallel() = default;
-
-Parallel::~Parallel() = default;
 
 Parallel* Parallel::getSingleton()
 {
@@ -70,11 +60,6 @@ Parallel* Parallel::getSingleton()
 unsigned int Parallel::getMaxThreadCount() const
 {
     return 1;
-}
-
-unsigned int Parallel::getThreadCount() const
-{
-    return m_threadCount;
 }
 
 void Parallel::setThreadCount(unsigned int count)

@@ -14,8 +14,8 @@ public:
     class Info;
 
     /// One thread for every task, and no diagnostics.
-    Parallel();
-    ~Parallel();
+    Parallel() = default;
+    ~Parallel() = default;
 
     Parallel(const Parallel&) = delete;
     Parallel& operator=(const Parallel&) = delete;
@@ -27,7 +27,7 @@ public:
     unsigned int getMaxThreadCount() const;
 
     /// How many threads the user allows; at first 1.
-    unsigned int getThreadCount() const;
+    unsigned int getThreadCount() const { return m_threadCount; }
     void setThreadCount(unsigned int count);
 
     /// How much work, in the caller's units, justifies one thread; at first 1000. It must not be 0, which is not

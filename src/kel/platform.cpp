@@ -7,6 +7,8 @@
 #include <kel/timer.h>
 #include <kel/ztring.h>
 
+#include "totext_p.h"
+
 #include <climits>
 
 Platform::Platform() : Bulletin(getStaticKey()) {}
@@ -46,10 +48,8 @@ unsigned int Platform::getArchBit()
 
 std::string Platform::getOsBitName()
 {
-    Ztring bits;
-    Ztring::append(getArchBit(), bits);
     const Ztring name("%1%2");
     name.argReplace(getOsName());
-    name.argReplace(bits);
+    name.argReplace(toText(getArchBit()));
     return name.str();
 }

@@ -3,11 +3,11 @@
 #include <kel/rules.h>
 
 #include <kel/bulletinkey.h>
+#include <kel/ownedqueue.h>
 #include <kel/rule.h>
 
 #include <memory>
-
-Rules::Rules() = default;
+#include <utility>
 
 Rules::~Rules()
 {
@@ -27,8 +27,7 @@ Rules& Rules::getSingleton()
 void Rules::add(const BulletinKey& key, Rule* rule)
 {
     std::unique_ptr<Rule> owned(rule);
-    m_rules[key.getNumber()].push_back(rule);
-    static_cast<void>(owned.release());
+    pushBackOwned(m_rules[key.getNumber()], std::move(owned));
 }
 
 void Rules::execute(const BulletinKey& key, Bulletin& target, Bulletin* other)

@@ -18,7 +18,7 @@ class Rule;
 class KEL_API Rules
 {
 public:
-    Rules();
+    Rules() = default;
     Rules(const Rules&) = delete;
     Rules& operator=(const Rules&) = delete;
     /// Deletes all rules.
@@ -28,7 +28,7 @@ public:
     static Rules& getSingleton();
 
     /// Puts a rule behind those that the key has, and owns it from then on, whatever happens. A rule must be added only
-    /// once; this is not checked.
+    /// once, and null must not be executed; this is not checked.
     void add(const BulletinKey& key, Rule* rule);
 
     /// Applies the rules of the key in the order of addition; one added meanwhile for the same key takes part. A rule

@@ -13,10 +13,6 @@ SerializableCreators& SerializableCreators::getSingleton()
     return s_singleton;
 }
 
-SerializableCreators::SerializableCreators() = default;
-
-SerializableCreators::~SerializableCreators() = default;
-
 void SerializableCreators::add(const std::string& name, SerializableCreator* creator)
 {
     if (m_rollback)
@@ -70,9 +66,4 @@ SerializableCreators::Rollback::~Rollback()
 void SerializableCreators::Rollback::add(const std::string& name)
 {
     push_back(name);
-}
-
-void SerializableCreators::Rollback::clear()
-{
-    Array::clear();
 }

@@ -26,8 +26,8 @@ public:
     /// Made on first use, so that creators can register during static initialisation in any order.
     static SerializableCreators& getSingleton();
 
-    SerializableCreators();
-    ~SerializableCreators();
+    SerializableCreators() = default;
+    ~SerializableCreators() = default;
     SerializableCreators(const SerializableCreators&) = delete;
     SerializableCreators& operator=(const SerializableCreators&) = delete;
 
@@ -72,5 +72,5 @@ public:
     void add(const std::string& name);
 
     /// Forgets the names and leaves the registry as it is, which commits the registrations.
-    void clear();
+    using Array::clear;
 };

@@ -4,10 +4,6 @@
 
 #include <kel/bulletinkey.h>
 
-ToolTips::ToolTips() = default;
-
-ToolTips::~ToolTips() = default;
-
 ToolTips& ToolTips::getSingleton()
 {
     static ToolTips singleton;

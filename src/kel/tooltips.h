@@ -13,10 +13,10 @@ class BulletinKey;
 class KEL_API ToolTips
 {
 public:
-    ToolTips();
+    ToolTips() = default;
     ToolTips(const ToolTips&) = delete;
     ToolTips& operator=(const ToolTips&) = delete;
-    ~ToolTips();
+    ~ToolTips() = default;
 
     /// Made on first use and destroyed at exit.
     static ToolTips& getSingleton();

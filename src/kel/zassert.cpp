@@ -5,16 +5,7 @@
 #include <kel/problem.h>
 #include <kel/translator.h>
 
-namespace
-{
-template <typename T>
-Ztring toText(const T& value)
-{
-    Ztring text;
-    Ztring::append(value, text);
-    return text;
-}
-} // namespace
+#include "totext_p.h"
 
 void ZAssert::throwProblem(const char* expression, const char* file, unsigned int line)
 {
