@@ -4,11 +4,13 @@
 
 #include "support/problem.h"
 #include "support/scopedlocale.h"
+#include "support/temporarydirectory.h"
 
 #include <gtest/gtest.h>
 #include <wx/debug.h>
 
 #include <clocale>
+#include <cstdlib>
 #include <limits>
 #include <locale>
 #include <sstream>
@@ -769,4 +771,23 @@ TEST(Ztring, LeavesTheLocaleAlone)
     Ztring::append(1.5, text);
     EXPECT_EQ(text.str(), s_eAcute + "1.5");
     EXPECT_EQ(std::setlocale(LC_ALL, nullptr), before);
+}
+
+// The locale is made for the test, since few machines have one whose bytes are single characters.
+TEST(Ztring, AHighByteIsTheCharacterThatTheLocaleDecodes)
+{
+    const TemporaryDirectory directory;
+    const std::string command = "localedef -i de_DE -f ISO-8859-1 '" + directory / "de_DE.iso88591" + "' 2>/dev/null";
+    if (std::system(command.c_str()) != 0)
+        GTEST_SKIP() << "localedef or its sources are missing";
+    ASSERT_EQ(setenv("LOCPATH", directory.getPath().c_str(), 1), 0);
+    const ScopedLocale locale("de_DE.iso88591");
+    Ztring text("a");
+    text += '\xE9';
+    text.insert(0, 2, '\xE4');
+    EXPECT_EQ(text, fromWide(L"\u00E4\u00E4a\u00E9"));
+    EXPECT_EQ(text.str(), "\xE4\xE4"
+                          "a\xE9");
+    text.remove('\xE4');
+    EXPECT_EQ(text, fromWide(L"a\u00E9"));
 }

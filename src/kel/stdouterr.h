@@ -33,8 +33,9 @@ public:
     /// calls checkError and returns false.
     bool getMore(std::string& line);
 
-    /// Throws a Problem with the whole text of the error file as its message, each line followed by "\n"; returns when
-    /// the file is empty or missing. The file is read once: a second call finds nothing.
+    /// Throws a Problem with the whole text of the error file as its message, each line followed by "\n" (empty where
+    /// the locale cannot decode it); returns when the file is empty or missing. The file is read once: a second call
+    /// finds nothing.
     void checkError();
 
 private:
