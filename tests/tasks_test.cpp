@@ -460,6 +460,7 @@ TEST_F(TasksTest, RunCannotEndWithoutAStatus)
     journal.clear();
     OtherTasks::getSingleton()->onIdle();
     EXPECT_THAT(journal, ElementsAre("a idle"));
+    tasks.detach(&listener);
     status = std::make_unique<TestStatus>();
     EXPECT_FALSE(tasks.onIdle());
 }
