@@ -3,10 +3,13 @@
 
 #include <kel/orderedbulletins.h>
 
+#include "support/recorder.h"
 #include "support/tracked.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <vector>
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -79,6 +82,21 @@ TEST_F(OrderedComparatorTest, TouchesNoListedBulletin)
         EXPECT_THAT(comparator.getOnlyInFirst(), ElementsAre(&obj));
     }
     EXPECT_TRUE(story.empty());
+}
+
+TEST_F(OrderedComparatorTest, ListsAreDestroyedOneAfterTheOther)
+{
+    Recorder recorder;
+    std::vector<Heard> expected;
+    {
+        const OrderedComparator comparator(m_first, m_second);
+        for (const OrderedBulletins* const list : {&comparator.getOnlyInFirst(), &comparator.getOnlyInSecond()})
+        {
+            recorder.observe(const_cast<OrderedBulletins&>(*list));
+            expected.push_back({"deleted", list});
+        }
+    }
+    EXPECT_EQ(recorder.heard, expected);
 }
 
 TEST_F(OrderedComparatorTest, CompareCollectionsListsADuplicateTwice)

@@ -10,13 +10,28 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
+#include <system_error>
 #include <vector>
 
 namespace
 {
 using testing::ElementsAre;
 using testing::IsEmpty;
+
+/// There are systems where a file that is open cannot be deleted.
+class ParticularPlatform : public TestPlatform
+{
+public:
+    void deleteFile(const Kel::File& file, bool flag) override
+    {
+        std::error_code error;
+        for (const auto& descriptor : std::filesystem::directory_iterator("/proc/self/fd"))
+            EXPECT_NE(std::filesystem::read_symlink(descriptor, error), file.getPath().toUtf8()) << "is open";
+        TestPlatform::deleteFile(file, flag);
+    }
+};
 
 struct StdOutErrTest : testing::Test
 {
@@ -32,7 +47,7 @@ struct StdOutErrTest : testing::Test
     TemporaryDirectory directory;
     std::string outFile = directory / "out.txt";
     std::string errFile = directory / "err.txt";
-    Installed<TestPlatform> platform;
+    Installed<ParticularPlatform> platform;
 };
 } // namespace
 
