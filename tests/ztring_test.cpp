@@ -136,6 +136,18 @@ TEST(Ztring, AStringIsTakenWholeAndALiteralUpToItsNul)
     EXPECT_EQ(Ztring(bytes.c_str()), "a");
 }
 
+TEST(Ztring, SwappingExchangesTheTextsAndWhereTheirPlaceholdersStand)
+{
+    Ztring filled = "%1 %2";
+    filled.argReplace("a");
+    Ztring fresh = "%1 %2 %3";
+    filled.swap(fresh);
+    fresh.argReplace("b");
+    filled.argReplace("c");
+    EXPECT_EQ(fresh, "a b");
+    EXPECT_EQ(filled, "c %2 %3");
+}
+
 TEST(Ztring, CopiesShareNothing)
 {
     const Ztring text = "abc";
