@@ -71,7 +71,7 @@ private:
         bool isFree() const { return getKey() == 0; }
 
     private:
-        std::array<std::uint32_t, sizeof(Key) / sizeof(std::uint32_t)> m_key{};
+        std::array<std::uint32_t, sizeof(Key) / 4> m_key{};
 
     public:
         std::uint32_t number = 0;

@@ -18,6 +18,7 @@
 #include <kel/ztring.h>
 
 #include <algorithm>
+#include <bit>
 #include <istream>
 #include <locale>
 #include <memory>
@@ -41,7 +42,7 @@ std::uint64_t toId(const void* slot)
 
 Bulletin* toSlot(std::uint64_t id)
 {
-    return reinterpret_cast<Bulletin*>(static_cast<std::uintptr_t>(id));
+    return std::bit_cast<Bulletin*>(static_cast<std::uintptr_t>(id));
 }
 
 /// Takes bytes as they are. Where fewer are left, the stream is at its end but not failed, so that the failure is

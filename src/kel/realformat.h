@@ -2,6 +2,7 @@
 // libkel: Persistence
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <charconv>
@@ -216,7 +217,7 @@ private:
     /// Zeros: the one before the point, and those behind it.
     static char* putFraction(char* out, const Digits& digits, int zeros)
     {
-        std::memcpy(out, "0.000", 5);
+        std::copy_n("0.000", 5, out);
         putDigits(out + 1 + zeros, digits);
         return out + 1 + zeros + digits.significant;
     }

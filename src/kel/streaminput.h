@@ -144,8 +144,8 @@ template <class T>
 requires isCode<T>
 void extract(std::istream& in, T& value)
 {
-    constexpr long long lowest = std::numeric_limits<T>::lowest();
-    constexpr long long highest = std::numeric_limits<T>::max();
+    constexpr long long lowest = +std::numeric_limits<T>::lowest();
+    constexpr long long highest = +std::numeric_limits<T>::max();
     long long number = 0;
     extract(in, number);
     value = static_cast<T>(std::clamp(number, lowest, highest));

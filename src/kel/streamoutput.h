@@ -53,12 +53,9 @@ inline void putChar(std::ostream& out, char c)
 template <class T>
 constexpr auto asNumber(T value)
 {
-    if constexpr (std::is_floating_point_v<T>)
-        return value;
-    else if constexpr (sizeof(T) < sizeof(int))
-        return static_cast<int>(value);
-    else if constexpr (std::is_same_v<T, wchar_t> || std::is_same_v<T, char32_t>)
-        return static_cast<std::conditional_t<std::is_signed_v<T>, int, unsigned>>(value);
+    if constexpr (std::is_integral_v<T>)
+        // Promotion makes an integer of the size of int or larger of all these types.
+        return +value;
     else
         return value;
 }
@@ -126,7 +123,7 @@ inline bool getUtf8Length(const std::wstring& text, std::size_t& length)
     length = 0;
     for (const wchar_t character : text)
     {
-        const auto code = static_cast<std::uint32_t>(character);
+        const std::uint32_t code = std::char_traits<wchar_t>::to_int_type(character);
         if (code > 0x10FFFF || (code >= 0xD800 && code <= 0xDFFF))
             return false;
         length += 1u + (code > 0x7F) + (code > 0x7FF) + (code > 0xFFFF);
@@ -172,7 +169,7 @@ inline bool putText(std::ostream& out, const std::wstring& text, char separator)
     char* end = format(room, length, out);
     *end++ = separator;
     for (const wchar_t character : text)
-        end = putUtf8(end, static_cast<std::uint32_t>(character));
+        end = putUtf8(end, std::char_traits<wchar_t>::to_int_type(character));
     *end++ = separator;
     BufferArea::putTo(*out.rdbuf(), end);
     return true;
