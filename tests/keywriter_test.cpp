@@ -9,8 +9,12 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <map>
+#include <random>
 #include <sstream>
 #include <string>
+#include <vector>
 
 namespace
 {
@@ -121,4 +125,26 @@ TEST(NamedKeysInStreams, WriteTellsWhetherThereIsAName)
     stream.out.str("");
     EXPECT_FALSE(NamedKeys::getSingleton().write(stream.writer, BulletinKey().getNumber()));
     EXPECT_EQ(stream.out.str(), "0  ");
+}
+
+TEST(KeyWriter, AnonymousKeysKeepTheirNumbersInWhateverOrderTheyCome)
+{
+    std::mt19937 random(8);
+    std::vector<BulletinKey> made(3000);
+    // In turn, every second one, backwards, anyhow.
+    for (const int step : {1, 2, -1, 0})
+    {
+        KeyStream stream;
+        std::map<unsigned, std::size_t> expected;
+        std::size_t next = step < 0 ? made.size() - 1 : 0;
+        for (int i = 0; i < 4000; ++i)
+        {
+            const BulletinKey key = made[(i % 3 == 0 || step == 0 ? random() : next) % made.size()];
+            next += static_cast<std::size_t>(step);
+            const std::size_t number = expected.try_emplace(key.getNumber(), expected.size()).first->second;
+            std::ostringstream written;
+            written << "0  " << std::hex << number << ' ';
+            ASSERT_EQ(stream.write(key), written.str());
+        }
+    }
 }

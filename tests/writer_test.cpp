@@ -19,10 +19,12 @@
 #include <initializer_list>
 #include <iomanip>
 #include <limits>
+#include <map>
 #include <memory>
 #include <new>
 #include <random>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -690,6 +692,31 @@ TEST_F(WriterTest, GetIdNumbersWithoutWriting)
     EXPECT_EQ(take(), "");
 }
 
+TEST_F(WriterTest, GetIdNumbersAddressesAsTheyAreMetWhereverTheyAre)
+{
+    std::mt19937_64 random(7);
+    std::map<std::uint64_t, unsigned> expected;
+    std::uint64_t address = std::uint64_t(1) << 40;
+    const auto check = [&](std::uint64_t next)
+    {
+        const unsigned id = expected.try_emplace(next, static_cast<unsigned>(expected.size()) + 1).first->second;
+        ASSERT_EQ(m_writer.getId(std::bit_cast<void*>(next)), id);
+    };
+    // Objects one after the other, with gaps, upwards and downwards, page by page, at odd addresses, anywhere.
+    for (const std::uint64_t distance : {112, 96, 4096, 1, 40000, -112, -96, 1 << 30})
+    {
+        for (int i = 0; i < 5000; ++i)
+            check(address += distance);
+        for (int i = 0; i < 5000; ++i)
+            check(address + distance * (random() % 6000));
+        for (int i = 0; i < 1000; ++i)
+            check(address += i % 256 == 0 ? 4208 : 112);
+        address = random() >> (16 + random() % 20) | 1 << 20;
+    }
+    for (const auto& [known, id] : expected)
+        check(known);
+}
+
 TEST_F(WriterTest, ObjectsNumberedByGetIdAreStillWritten)
 {
     Writing root([](Writer&) {});
@@ -761,6 +788,41 @@ TEST_F(WriterTest, ListWritesItsWritableMembersInItsOrderWithoutNulls)
     EXPECT_EQ(take(), "0 8 Scripted 3 2 3 2 \n"
                       "0 4 Node 0  0 0 0 0 6 second 0 0 \n"
                       "2 0  1 0 0 0 5 first 0 0 \n");
+}
+
+TEST_F(WriterTest, CollectionAtTopLevelIsWrittenMemberByMember)
+{
+    take();
+    Node first("first");
+    Node second("second");
+    Node inner("inner");
+    first.first = &inner;
+    OrderedBulletins list{BulletinKey()};
+    for (Bulletin* member : std::initializer_list<Bulletin*>{&first, &second, &first})
+        list.append(member);
+    m_writer.writeBulletins(list);
+    EXPECT_EQ(take(), "3 0 4 Node 0  0 0 0 0 5 first 2 0 \n"
+                      "1 0  1 0 0 0 5 inner 0 0 \n"
+                      "1 0  2 0 0 0 6 second 0 0 \n");
+}
+
+TEST_F(WriterTest, MembersOfACollectionThatFailsAreNotWrittenLater)
+{
+    class Refusing : public Node
+    {
+    public:
+        bool isWritable() override { throw std::logic_error("no"); }
+    } refusing;
+    Node member;
+    OrderedBulletins list{BulletinKey()};
+    for (Bulletin* bulletin : std::initializer_list<Bulletin*>{&member, &refusing})
+        list.append(bulletin);
+    Writing root([&list](Writer& writer) { writer.writeBulletins(list); });
+    EXPECT_THROW(m_writer.writeObj(&root), std::logic_error);
+    take();
+    Writing next([](Writer&) {});
+    m_writer.writeObj(&next);
+    EXPECT_EQ(take(), "1 \n");
 }
 
 TEST_F(WriterTest, EmptyCollectionIsZero)

@@ -6,7 +6,7 @@
 #include <kel/streamstate.h>
 #include <kel/writer.h>
 
-KeyWriter::KeyWriter() : Bulletin(getStaticKey()), m_numbers(std::make_unique<NumberTable<unsigned>>(0, 0)) {}
+KeyWriter::KeyWriter() : Bulletin(getStaticKey()), m_others(std::make_unique<NumberTable>()) {}
 
 KeyWriter::~KeyWriter() = default;
 
@@ -18,5 +18,21 @@ const BulletinKey& KeyWriter::getStaticKey()
 
 void KeyWriter::write(Writer& writer, const BulletinKey& key)
 {
-    writer.writeHex(getStreamState<KeyWriter>(writer).m_numbers->get(key.getNumber()).number);
+    writer.writeHex(getStreamState<KeyWriter>(writer).getNumber(key.getNumber()));
+}
+
+unsigned KeyWriter::getNumber(unsigned key)
+{
+    if (m_inTurn == 0)
+        m_first = key;
+    const unsigned distance = key - m_first;
+    if (m_inTurn == 1 && distance != 0)
+        m_step = distance;
+    const unsigned turn = distance / m_step;
+    const bool isOnStep = turn * m_step == distance;
+    if (isOnStep && turn < m_inTurn)
+        return turn;
+    if (isOnStep && turn == m_inTurn && m_others->size() == 0)
+        return m_inTurn++;
+    return m_others->get(key, m_inTurn + m_others->size()).number;
 }

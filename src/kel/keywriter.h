@@ -7,9 +7,8 @@
 
 #include <memory>
 
-class Writer;
-template <class Key>
 class NumberTable;
+class Writer;
 
 /// Numbers the anonymous keys of one stream, 0, 1, 2 ... in the order in which they are first written.
 ///
@@ -29,5 +28,12 @@ public:
     static void write(Writer& writer, const BulletinKey& key);
 
 private:
-    std::unique_ptr<NumberTable<unsigned>> m_numbers;
+    unsigned getNumber(unsigned key);
+
+    // Keys that were made one after the other, as those of a model mostly were, are all at one distance from the next.
+    unsigned m_first = 0;
+    unsigned m_step = 1;
+    unsigned m_inTurn = 0; ///< how many came so; they need no memory
+
+    std::unique_ptr<NumberTable> m_others; ///< all from the first that does not
 };

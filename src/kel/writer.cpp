@@ -2,9 +2,9 @@
 // libkel: Persistence
 #include <kel/writer.h>
 
+#include <kel/addressnumbers.h>
 #include <kel/crosscast.h>
 #include <kel/flagguard.h>
-#include <kel/numbertable.h>
 #include <kel/orderedbulletins.h>
 #include <kel/serializable.h>
 #include <kel/serializablecreator.h>
@@ -17,18 +17,10 @@
 
 #include <locale>
 #include <string>
-#include <vector>
+#include <utility>
 
 namespace
 {
-/// Objects on the heap are at least 32 bytes apart.
-constexpr unsigned addressSpacing = 5;
-
-std::uint64_t toKey(const void* pointer)
-{
-    return reinterpret_cast<std::uintptr_t>(pointer);
-}
-
 Bulletin* getBulletin(Bulletin* entry)
 {
     return entry;
@@ -43,8 +35,8 @@ Bulletin* getBulletin(const BulletinBoard::value_type& entry)
 Writer::Writer(std::ostream& out, const Ztring& header, bool showStatus)
     : m_out(out),
       m_toSerializable(std::make_unique<CrossCast<Serializable, Bulletin>>()),
-      m_creatorIds(std::make_unique<NumberTable<std::uint64_t>>(1, addressSpacing)),
-      m_ids(std::make_unique<NumberTable<std::uint64_t>>(1, addressSpacing)),
+      m_creatorIds(std::make_unique<AddressNumbers>()),
+      m_ids(std::make_unique<AddressNumbers>()),
       m_showStatus(showStatus)
 {
     m_out.imbue(std::locale::classic());
@@ -67,10 +59,16 @@ void Writer::writeObj(Serializable* object)
 
 unsigned Writer::enter(Serializable* object)
 {
-    const auto [id, isNew] = m_ids->get(toKey(object));
-    if (isNew || (!m_unqueued.empty() && m_unqueued.erase(id) > 0))
+    const auto [id, isFirst] = number(object);
+    if (isFirst)
         m_pending.push_back(object);
     return id;
+}
+
+std::pair<unsigned, bool> Writer::number(Serializable* object)
+{
+    const auto [id, isNew] = m_ids->get(object);
+    return {id, isNew || (!m_unqueued.empty() && m_unqueued.erase(id) > 0)};
 }
 
 void Writer::writeReference(unsigned id)
@@ -129,19 +127,37 @@ Writer& Writer::writeHex(unsigned number)
 
 void Writer::writeBulletins(BulletinBoard& board)
 {
-    writeMembers(board, board.size());
+    writeMembers(board);
 }
 
 void Writer::writeBulletins(OrderedBulletins& list)
 {
-    writeMembers(list, list.size());
+    writeMembers(list);
 }
 
 template <class Bulletins>
-void Writer::writeMembers(const Bulletins& bulletins, std::size_t count)
+void Writer::writeMembers(const Bulletins& bulletins)
 {
-    std::vector<Serializable*> members;
-    members.reserve(count);
+    if (!m_isWritingObj)
+        return writeRoots(bulletins);
+    // Collected where most of them will have to wait.
+    std::size_t waiting = m_pending.size();
+    try
+    {
+        collect(bulletins, m_pending);
+        writeReferences(waiting);
+    }
+    catch (...)
+    {
+        m_pending.resize(waiting);
+        throw;
+    }
+    m_pending.resize(waiting);
+}
+
+template <class Bulletins>
+void Writer::collect(const Bulletins& bulletins, std::deque<Serializable*>& members)
+{
     for (const auto& entry : bulletins)
     {
         Bulletin* const bulletin = getBulletin(entry);
@@ -149,17 +165,38 @@ void Writer::writeMembers(const Bulletins& bulletins, std::size_t count)
         if (member && member->isWritable())
             members.push_back(member);
     }
-    write(static_cast<unsigned>(members.size()));
-    m_ids->reserve(members.size());
-    for (Serializable* member : members)
-        writeObj(member);
+}
+
+template <class Bulletins>
+void Writer::writeRoots(const Bulletins& bulletins)
+{
+    std::deque<Serializable*> roots;
+    collect(bulletins, roots);
+    write(static_cast<unsigned>(roots.size()));
+    for (Serializable* root : roots)
+        writeObj(root);
+}
+
+void Writer::writeReferences(std::size_t& waiting)
+{
+    const std::size_t count = m_pending.size() - waiting;
+    write(static_cast<unsigned>(count));
+    if (count > 0)
+        m_ids->expect(m_pending[waiting], count);
+    for (std::size_t i = waiting; i < m_pending.size(); ++i)
+    {
+        const auto [id, isFirst] = number(m_pending[i]);
+        if (isFirst)
+            m_pending[waiting++] = m_pending[i];
+        writeReference(id);
+    }
 }
 
 unsigned Writer::getId(void* object)
 {
     if (!object)
         return 0;
-    const auto [id, isNew] = m_ids->get(toKey(object));
+    const auto [id, isNew] = m_ids->get(object);
     if (isNew)
         m_unqueued.insert(id);
     return id;
@@ -168,7 +205,7 @@ unsigned Writer::getId(void* object)
 void Writer::writeCreator(Serializable* object)
 {
     SerializableCreator* const creator = object->getCreator();
-    const auto [id, isNew] = m_creatorIds->get(toKey(creator));
+    const auto [id, isNew] = m_creatorIds->get(creator);
     if (!isNew)
     {
         write(id);

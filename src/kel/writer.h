@@ -12,15 +12,15 @@
 #include <memory>
 #include <set>
 #include <type_traits>
+#include <utility>
 
+class AddressNumbers;
 class OrderedBulletins;
 class Serializable;
 class SerializableCreator;
 class Ztring;
 template <class To, class From>
 class CrossCast;
-template <class Key>
-class NumberTable;
 
 /// Writes an object and everything reachable from it as one object stream.
 ///
@@ -103,19 +103,28 @@ public:
     /// @}
 
 private:
+    /// The id of an object, and whether its record is yet to follow.
+    std::pair<unsigned, bool> number(Serializable* object);
     unsigned enter(Serializable* object);
     void writeReference(unsigned id);
     template <class Bulletins>
-    void writeMembers(const Bulletins& bulletins, std::size_t count);
+    void writeMembers(const Bulletins& bulletins);
+    template <class Bulletins>
+    void writeRoots(const Bulletins& bulletins);
+    template <class Bulletins>
+    void collect(const Bulletins& bulletins, std::deque<Serializable*>& members);
+    /// Writes how many objects are pending from this one on and a reference to each. Those that have to wait are moved
+    /// up there, which moves the place behind them.
+    void writeReferences(std::size_t& waiting);
     void writeFront();
     void reportProgress();
 
     std::ostream& m_out;
     std::unique_ptr<CrossCast<Serializable, Bulletin>> m_toSerializable;
-    std::unique_ptr<NumberTable<std::uint64_t>> m_creatorIds; // class numbers
-    std::unique_ptr<NumberTable<std::uint64_t>> m_ids;        // by the address of the object
-    std::set<unsigned> m_unqueued;                            // ids that getId has given and nobody has written
-    std::deque<Serializable*> m_pending;                      // first in, first out
+    std::unique_ptr<AddressNumbers> m_creatorIds; // class numbers
+    std::unique_ptr<AddressNumbers> m_ids;        // by the address of the object
+    std::set<unsigned> m_unqueued;                // ids that getId has given and nobody has written
+    std::deque<Serializable*> m_pending;          // first in, first out
     bool m_isWritingObj = false;
     bool m_showStatus;
 };
