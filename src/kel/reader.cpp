@@ -2,10 +2,11 @@
 // libkel: Persistence
 #include <kel/reader.h>
 
-#include <kel/crosscast.h>
+#include <kel/idruns.h>
 #include <kel/nativereader.h>
 #include <kel/orderedbulletins.h>
 #include <kel/problem.h>
+#include <kel/restoredobjects.h>
 #include <kel/savedline.h>
 #include <kel/serializable.h>
 #include <kel/serializablecreator.h>
@@ -102,7 +103,7 @@ void reportFixed(std::size_t fixed, std::size_t total)
 
 Reader::Reader(std::istream& in, const Ztring& expected, bool showStatus)
     : m_in(&in),
-      m_toBulletin(std::make_unique<CrossCast<Bulletin, Serializable>>()),
+      m_restored(std::make_unique<RestoredObjects>()),
       m_showStatus(showStatus)
 {
     KEL_ASSERT(!m_in->fail(), "*m_in");
@@ -134,55 +135,67 @@ void Reader::readHeader(const Ztring& expected)
 
 Serializable* Reader::perform()
 {
-    FixingQueue queue;
-    Serializable* const root = loadObj(queue, 1);
+    const std::size_t earlierIds = m_restored->size();
+    const std::size_t earlierObjects = m_restored->getObjectCount();
+    FixingQueue outOfTurn;
+    Serializable* const root = loadNext(outOfTurn, 1);
     if (!root)
         throwError(Translator::tr("No root"));
     if (m_showStatus)
         Status::getSingleton().setStatus(Translator::tr("Reading objects"));
-    readRecords(queue);
+    readRecords(outOfTurn);
     if (m_showStatus)
         Status::getSingleton().setStatus(Translator::tr("Restore objects"));
-    fixObjects(queue);
-    m_restored.clear();
-    m_states.clear();
+    fixObjects(outOfTurn, earlierIds + 1, m_restored->getObjectCount() - earlierObjects + outOfTurn.size());
+    m_restored->clear();
     return root;
 }
 
-void Reader::readRecords(FixingQueue& queue)
+void Reader::readRecords(FixingQueue& outOfTurn)
 {
     for (std::int64_t id = 2; m_in->good(); ++id)
     {
         Status::getSingleton().checkInterrupt(-1);
-        loadObj(queue, id);
+        loadNext(outOfTurn, id);
     }
 }
 
-void Reader::fixObjects(FixingQueue& queue)
+/// Objects are fixed in the order in which they stand in the table of all, so that only those that have to wait take
+/// part in a queue.
+void Reader::fixObjects(FixingQueue& queue, std::size_t first, std::size_t total)
 {
-    const std::size_t total = queue.size();
     std::size_t fixed = 0;
     const Serializable* firstOfCycle = nullptr;
+    const auto fixNext = [&](const Waiting& next)
+    {
+        m_isLast = fixed + 1 == total;
+        if (!next.object->fixup(*this))
+        {
+            queue.push_front(next);
+            if (!firstOfCycle)
+                firstOfCycle = next.object;
+            return;
+        }
+        ++fixed;
+        m_restored->setFixed(static_cast<std::uint64_t>(next.id));
+        if (m_showStatus)
+            reportFixed(fixed, total);
+    };
+    for (std::size_t id = m_restored->size(); id >= first; --id)
+    {
+        if (!m_restored->isSkipped(id))
+            fixNext({m_restored->getObject(id), static_cast<std::int64_t>(id)});
+    }
     while (!queue.empty())
     {
-        const Waiting waiting = queue.back();
+        const Waiting next = queue.back();
         queue.pop_back();
-        if (waiting.object == firstOfCycle)
+        if (next.object == firstOfCycle)
         {
             ++m_pass;
             firstOfCycle = nullptr;
         }
-        m_isLast = queue.empty();
-        if (!waiting.object->fixup(*this))
-        {
-            queue.push_front(waiting);
-            if (!firstOfCycle)
-                firstOfCycle = waiting.object;
-            continue;
-        }
-        m_states[static_cast<std::size_t>(waiting.id - 1)] = State::Fixed;
-        if (m_showStatus)
-            reportFixed(++fixed, total);
+        fixNext(next);
     }
 }
 
@@ -292,8 +305,14 @@ void Reader::readBulletinsFor(Bulletin& owner)
     if (!isNew)
         throwError(Translator::tr("Already read Bulletins"));
     m_newOwners.push_back(&owner);
-    entry->second.reserve(10);
-    read<Bulletin*, NativeReader>(entry->second, NativeReader());
+    unsigned count = 0;
+    read(count);
+    for (unsigned i = 0; i < count; ++i)
+    {
+        Bulletin* slot = nullptr;
+        NativeReader()(*this, slot);
+        entry->second.append(toId(slot));
+    }
 }
 
 void Reader::saveLine(const BulletinKey& key)
@@ -330,8 +349,8 @@ void Reader::fixBulletins(OrderedBulletins& list)
 
 bool Reader::isFixed(void* id) const
 {
-    KEL_ASSERT(isRestored(toId(id)), "findIt != m_restored.end()");
-    return m_states[toId(id) - 1] == State::Fixed;
+    KEL_ASSERT(m_restored->has(toId(id)), "findIt != m_restored.end()");
+    return m_restored->isFixed(toId(id));
 }
 
 std::istream* Reader::set(std::istream* in)
@@ -344,6 +363,16 @@ std::istream* Reader::set(std::istream* in)
 
 Serializable* Reader::loadObj(FixingQueue& queue, std::int64_t id)
 {
+    return load(&queue, id);
+}
+
+Serializable* Reader::loadNext(FixingQueue& outOfTurn, std::int64_t id)
+{
+    return load(isNext(id) ? nullptr : &outOfTurn, id);
+}
+
+Serializable* Reader::load(FixingQueue* queue, std::int64_t id)
+{
     unsigned classId = 0;
     StreamInput::extract(*m_in, classId);
     if (!m_in->good())
@@ -351,15 +380,14 @@ Serializable* Reader::loadObj(FixingQueue& queue, std::int64_t id)
     Serializable* const object = readObject(classId, queue, id);
     if (!object)
         skipLine();
-    if (static_cast<std::uint64_t>(id) == m_restored.size() + 1)
-        enter(object);
+    if (isNext(id))
+        m_restored->add(object);
     return object;
 }
 
-void Reader::enter(Serializable* object)
+bool Reader::isNext(std::int64_t id) const
 {
-    m_states.push_back(object ? State::Waiting : State::Skipped);
-    m_restored.push_back(object ? (*m_toBulletin)(*object) : nullptr);
+    return static_cast<std::uint64_t>(id) == m_restored->size() + 1;
 }
 
 SerializableCreator* Reader::getCreator(unsigned classId)
@@ -386,7 +414,7 @@ SerializableCreator* Reader::readCreator()
     return m_creators[m_creators.size() - 1];
 }
 
-Serializable* Reader::readObject(unsigned classId, FixingQueue& queue, std::int64_t id)
+Serializable* Reader::readObject(unsigned classId, FixingQueue* queue, std::int64_t id)
 {
     // No exception for a class that is unknown, since a stream may hold a great many objects of it.
     SerializableCreator* const creator = findCreator(classId);
@@ -397,15 +425,16 @@ Serializable* Reader::readObject(unsigned classId, FixingQueue& queue, std::int6
     try
     {
         std::unique_ptr<Serializable> created(creator->create());
-        queue.push_back({created.get(), id});
+        if (queue)
+            queue->push_back({created.get(), id});
         object = created.release();
         object->read(*this);
         return object;
     }
     catch (const Skip&)
     {
-        if (object)
-            queue.pop_back();
+        if (object && queue)
+            queue->pop_back();
         // A later owner may get the address of one that is deleted here.
         for (Bulletin* const owner : m_newOwners)
             m_bulletinsFor.erase(owner);
@@ -417,27 +446,20 @@ Serializable* Reader::readObject(unsigned classId, FixingQueue& queue, std::int6
 // A bulletin may be observed already.
 void Reader::discard(Serializable* object)
 {
-    Bulletin* const bulletin = object ? (*m_toBulletin)(*object) : nullptr;
-    if (bulletin)
+    if (auto* const bulletin = dynamic_cast<Bulletin*>(object))
         Bulletin::destroy(bulletin, true);
     else
         delete object;
-}
-
-bool Reader::isRestored(std::uint64_t id) const
-{
-    // The id 0, which is null, becomes the largest number.
-    return id - 1 < m_restored.size();
 }
 
 Bulletin* Reader::getBulletin(std::uint64_t id) const
 {
     if (id == 0)
         return nullptr;
-    if (!isRestored(id))
+    if (!m_restored->has(id))
         throwUnknown(id);
-    Bulletin* const bulletin = m_restored[id - 1];
-    if (!bulletin && m_states[id - 1] != State::Skipped)
+    Bulletin* const bulletin = m_restored->getBulletin(id);
+    if (!bulletin && !m_restored->isSkipped(id))
         throwError(Translator::tr("Invalid ptr fix"));
     return bulletin;
 }
@@ -448,10 +470,11 @@ void Reader::fixMembers(Bulletin& owner, const Add& add)
     const auto found = m_bulletinsFor.find(&owner);
     if (found == m_bulletinsFor.end())
         throwError(Translator::tr("BulletinBoard has no Bulletins"));
-    for (const Bulletin* const slot : found->second)
-    {
-        if (Bulletin* const member = getBulletin(toId(slot)))
-            add(member);
-    }
+    found->second.forEach(
+        [&](std::uint64_t id)
+        {
+            if (Bulletin* const member = getBulletin(id))
+                add(member);
+        });
     m_bulletinsFor.erase(&owner);
 }

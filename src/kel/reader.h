@@ -15,13 +15,12 @@
 #include <unordered_map>
 #include <vector>
 
-class NativeReader;
+class IdRuns;
 class OrderedBulletins;
+class RestoredObjects;
 class Serializable;
 class SerializableCreator;
 class Ztring;
-template <class To, class From>
-class CrossCast;
 
 /// Rebuilds the graph of objects that a Writer has put into a stream.
 ///
@@ -182,33 +181,25 @@ public:
     /// @}
 
 private:
-    enum class State : std::uint8_t
-    {
-        Skipped,
-        Waiting,
-        Fixed
-    };
-
     void prepareInput();
     void readHeader(const Ztring& expected);
     SerializableCreator* findCreator(unsigned classId);
     SerializableCreator* readCreator();
-    Serializable* readObject(unsigned classId, FixingQueue& queue, std::int64_t id);
+    Serializable* loadNext(FixingQueue& outOfTurn, std::int64_t id);
+    Serializable* load(FixingQueue* queue, std::int64_t id);
+    Serializable* readObject(unsigned classId, FixingQueue* queue, std::int64_t id);
     void discard(Serializable* object);
-    void enter(Serializable* object);
-    void readRecords(FixingQueue& queue);
-    void fixObjects(FixingQueue& queue);
-    bool isRestored(std::uint64_t id) const;
+    bool isNext(std::int64_t id) const;
+    void readRecords(FixingQueue& outOfTurn);
+    void fixObjects(FixingQueue& queue, std::size_t first, std::size_t total);
     Bulletin* getBulletin(std::uint64_t id) const;
     template <class Add>
     void fixMembers(Bulletin& owner, const Add& add);
 
     std::istream* m_in;
     Array<SerializableCreator*> m_creators; // by class number - 1; null: unknown
-    std::unique_ptr<CrossCast<Bulletin, Serializable>> m_toBulletin;
-    std::vector<Bulletin*> m_restored; // by id - 1; null: skipped, or no bulletin
-    std::vector<State> m_states;       // likewise
-    std::unordered_map<Bulletin*, Array<Bulletin*>> m_bulletinsFor;
+    std::unique_ptr<RestoredObjects> m_restored;
+    std::unordered_map<Bulletin*, IdRuns> m_bulletinsFor;
     std::vector<Bulletin*> m_newOwners; // whose collections the record that is being read holds
     std::uint32_t m_pass = 0;
     bool m_isLast = true;
