@@ -13,6 +13,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <ctime>
 #include <stdexcept>
 
 namespace
@@ -115,6 +116,32 @@ TEST(Status, IsNotDueBeforeTheIntervalIsOver)
     status.sleep(50001);
     EXPECT_TRUE(status.checkInterrupt(20));
     EXPECT_THAT(status.updates, ElementsAre(20));
+}
+
+// The calls differ in what they cost, so that the check has to follow the processor time and not their number.
+TEST(Status, FirstCheckAfterTheIntervalOfProcessorTimeIsDue)
+{
+    constexpr std::clock_t interval = 10 * CLOCKS_PER_SEC / 1000;
+    std::clock_t beforeUpdate = std::clock();
+    TestStatus status;
+    status.setUpdateInterval(10);
+    std::clock_t afterUpdate = std::clock();
+    for (unsigned int checks = 0; status.updates.size() < 10; ++checks)
+    {
+        const std::clock_t before = std::clock();
+        const bool isDue = status.checkInterrupt(10);
+        const std::clock_t after = std::clock();
+        if (isDue)
+        {
+            ASSERT_GT(after - beforeUpdate, interval);
+            beforeUpdate = before;
+            afterUpdate = after;
+            continue;
+        }
+        ASSERT_LE(before - afterUpdate, interval);
+        while (std::clock() < after + checks % 1000)
+            ;
+    }
 }
 
 TEST(Status, NewIntervalCountsFromTheLastUpdate)

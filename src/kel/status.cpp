@@ -8,6 +8,7 @@
 #include <kel/zassert.h>
 
 #include <ctime>
+#include <thread>
 
 namespace
 {
@@ -19,6 +20,15 @@ std::uint64_t now()
 double toTicks(unsigned int ms)
 {
     return ms * 0.001 * 1000000;
+}
+
+/// For how long the process cannot have used up this many ticks of processor time, however many threads it runs; zero
+/// where the number of processors is not known. A half is kept in reserve: for processors that come later, and for
+/// clocks of which one is being slowed down or runs behind.
+std::chrono::microseconds getLeastTimeFor(std::uint64_t ticks)
+{
+    static const unsigned int s_processors = std::thread::hardware_concurrency();
+    return std::chrono::microseconds(s_processors == 0 ? 0 : ticks / s_processors / 2);
 }
 } // namespace
 
@@ -68,10 +78,25 @@ bool Status::checkInterrupt(int percent)
 
 bool Status::updateProgress(int percent)
 {
-    const bool isDue = m_updateTicks < now() - m_lastUpdate;
+    const bool isDue = isUpdateDue();
     if (isDue && !m_updating)
         update(percent);
     return isDue;
+}
+
+// Asking for the processor time is a call of the system, ten times as dear as the steady clock, which says for most of
+// the interval that nothing can be due yet.
+bool Status::isUpdateDue()
+{
+    const auto time = std::chrono::steady_clock::now();
+    if (time < m_notDueBefore && m_sleptThen == Timer::s_slept)
+        return false;
+    const std::uint64_t elapsed = now() - m_lastUpdate;
+    if (m_updateTicks < elapsed)
+        return true;
+    m_notDueBefore = time + getLeastTimeFor(m_updateTicks - elapsed);
+    m_sleptThen = Timer::s_slept;
+    return false;
 }
 
 void Status::update(int percent)
@@ -112,4 +137,5 @@ void Status::setUpdateInterval(unsigned int ms)
     m_updateInterval = ms;
     // Single precision rounds off what 0.001 lacks of a thousandth, so that whole milliseconds are whole ticks.
     m_updateTicks = static_cast<std::uint64_t>(static_cast<float>(toTicks(ms)));
+    m_notDueBefore = std::chrono::steady_clock::time_point::min();
 }

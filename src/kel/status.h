@@ -4,6 +4,7 @@
 
 #include <kel/bulletin.h>
 
+#include <chrono>
 #include <cstdint>
 
 /// The one place through which long work reports progress and learns that the user asked it to stop.
@@ -117,6 +118,7 @@ public:
     static Status* s_singleton;
 
 private:
+    bool isUpdateDue();
     void update(int percent);
 
     std::uint64_t m_lastUpdate;      // clock ticks
@@ -131,4 +133,6 @@ protected:
 
 private:
     bool m_updating = false;
+    std::uint64_t m_sleptThen = 0; // Timer::s_slept when m_notDueBefore was found
+    std::chrono::steady_clock::time_point m_notDueBefore = std::chrono::steady_clock::time_point::min();
 };
