@@ -10,17 +10,19 @@ namespace
 class Blocks
 {
 public:
-    void* newBlock() { return pool().newObject(); }
-    void deleteBlock(void* block) { pool().deleteObject(block); }
-    void clear() { pool().clear(); }
+    void* newBlock() { return m_pool.newObject(); }
+    void deleteBlock(void* block) { m_pool.deleteObject(block); }
+    void clear() { m_pool.clear(); }
 
 private:
     /// Pools stay registered until exit, so there is one for all.
-    static Pool& pool()
+    static Pool& getPool()
     {
         static Pool pool("Benchmark", sizeof(unsigned), Pool::Chunk10000);
         return pool;
     }
+
+    Pool& m_pool = getPool();
 };
 
 const bool registered = bench::PoolRows<Blocks>::add("libkel");

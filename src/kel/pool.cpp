@@ -3,9 +3,7 @@
 #include <kel/pool.h>
 
 #include <algorithm>
-#include <memory>
 #include <ostream>
-#include <stack>
 #include <utility>
 #include <vector>
 
@@ -23,17 +21,6 @@ std::vector<Pool*>& allPools()
     return pools;
 }
 } // namespace
-
-class Pool::FreeStack : public std::stack<void*, std::vector<void*>>
-{
-public:
-    // Grows at least twofold, so that many small chunks do not cost a move of the stack each.
-    void reserve(std::size_t blocks)
-    {
-        if (blocks > c.capacity())
-            c.reserve(std::max(blocks, 2 * c.capacity()));
-    }
-};
 
 const Pool::Chunk* Pool::Chunk::getNext() const
 {
@@ -58,36 +45,18 @@ Pool::Chunk::~Chunk()
 }
 
 Pool::Pool(const char* name, unsigned objectSize, ChunkSize chunkSize)
-    : m_free(nullptr),
-      m_name(name),
+    : m_name(name),
       m_objectSize(objectSize),
       m_chunkSize(objectsPerChunk(chunkSize))
 {
-    auto freeStack = std::make_unique<FreeStack>();
     allPools().push_back(this);
-    m_free = freeStack.release();
 }
 
 Pool::~Pool() = default;
 
-void* Pool::newObject()
-{
-    if (m_free->empty())
-        addChunk();
-    void* const block = m_free->top();
-    m_free->pop();
-    return block;
-}
-
-void Pool::deleteObject(void* p) noexcept
-{
-    m_free->push(p);
-}
-
 void Pool::clear()
 {
-    auto freeStack = std::make_unique<FreeStack>();
-    delete std::exchange(m_free, freeStack.release());
+    replaceFree(m_chunkSize, 0);
     delete std::exchange(m_chunks, nullptr);
     m_blockCount = 0;
 }
@@ -117,7 +86,34 @@ void Pool::infoAll(std::ostream& os)
 
 void Pool::addChunk()
 {
-    m_free->reserve(m_blockCount + m_chunkSize);
-    m_chunks = new Chunk(m_chunks, m_chunkSize, m_objectSize, *m_free);
-    m_blockCount += m_chunkSize;
+    struct FreeStack
+    {
+        void push(void* block) { *m_end++ = block; }
+        void** m_end;
+    };
+
+    // Grows at least twofold, so that many small chunks do not cost a move of the stack each.
+    const std::size_t blocks = m_blockCount + m_chunkSize;
+    if (blocks > m_room)
+        replaceFree(std::max(blocks, 2 * m_room), 0);
+    FreeStack freeStack{m_free};
+    m_chunks = new Chunk(m_chunks, m_chunkSize, m_objectSize, freeStack);
+    m_freeCount = m_chunkSize;
+    m_blockCount = blocks;
+}
+
+// There is no room only for what is not of this pool, or is free already.
+void Pool::makeRoom()
+{
+    replaceFree(2 * m_room + 1, m_freeCount);
+}
+
+void Pool::replaceFree(std::size_t room, std::size_t kept)
+{
+    auto* const free = new void*[room];
+    std::copy(m_free, m_free + kept, free);
+    delete[] m_free;
+    m_free = free;
+    m_freeCount = kept;
+    m_room = room;
 }

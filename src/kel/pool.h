@@ -63,10 +63,20 @@ public:
 
     /// The block freed last, or the highest one of a new chunk when none is free. Constant time except for the chunk.
     /// When memory runs out the pool is as it was.
-    void* newObject();
+    void* newObject()
+    {
+        if (m_freeCount == 0) [[unlikely]]
+            addChunk();
+        return m_free[--m_freeCount];
+    }
 
     /// Takes a block back. Neither that it came from this pool nor that it is not free yet is checked. Never fails.
-    void deleteObject(void* p) noexcept;
+    void deleteObject(void* p) noexcept
+    {
+        if (m_freeCount == m_room) [[unlikely]]
+            makeRoom();
+        m_free[m_freeCount++] = p;
+    }
 
     /// Gives all chunks back: every block handed out before becomes invalid, the pool is as new.
     void clear();
@@ -79,11 +89,14 @@ public:
     static void infoAll(std::ostream& os);
 
 private:
-    class FreeStack;
-
     void addChunk();
+    void makeRoom();
+    void replaceFree(std::size_t room, std::size_t kept);
 
-    FreeStack* m_free;
+    // The stack of free blocks. It has room for all that there are, so that they can always be given back.
+    void** m_free = nullptr;
+    std::size_t m_freeCount = 0;
+    std::size_t m_room = 0;
     std::string m_name;
     unsigned m_objectSize;
     unsigned m_chunkSize;
