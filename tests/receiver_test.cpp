@@ -27,6 +27,18 @@ public:
     Notifier* last = nullptr;
 };
 
+/// Implements the interface but takes messages itself.
+template <class Base>
+class TakesMessagesItself : public Base, public ChangedReceiver
+{
+public:
+    void update(Notifier& /*notifier*/) override { ++updates; }
+    void changed(Bulletin& /*what*/, const Bulletin& /*how*/) override { ++changes; }
+
+    int updates = 0;
+    int changes = 0;
+};
+
 class CountingNotifier : public Notifier
 {
 public:
@@ -257,4 +269,45 @@ TEST(Receiver, FindsItsInterfaceWhereverItStandsAtThatMoment)
         }
         EXPECT_EQ(count, 6);
     }
+}
+
+TEST(Receiver, OverriddenUpdateGetsTheMessageInsteadOfTheInterface)
+{
+    Bulletin obj;
+    TakesMessagesItself<Receiver> receiver;
+    TakesMessagesItself<Observer> observer;
+    obj.getObservable().attach(receiver);
+    obj.notifyChanged();
+    EXPECT_EQ(receiver.updates, 1);
+
+    obj.getObservable().attach(observer);
+    std::vector<Numbered<1, true>> listening(3);
+    for (auto& listener : listening)
+        listener.observe(obj);
+    obj.notifyChanged();
+    EXPECT_EQ(receiver.updates, 2);
+    EXPECT_EQ(observer.updates, 1);
+    EXPECT_EQ(receiver.changes + observer.changes, 0);
+    for (const auto& listener : listening)
+        EXPECT_EQ(listener.count, 1);
+}
+
+TEST(Receiver, MessageOfADerivedKindIsHandedOverByItsOwnClass)
+{
+    class Silent : public ChangedNotifier
+    {
+    public:
+        using ChangedNotifier::ChangedNotifier;
+        void transmitTo(Receiver& /*receiver*/) override {}
+    };
+
+    Bulletin obj;
+    Numbered<1, true> listener;
+    Numbered<1, true> other;
+    Silent silent(obj);
+    listener.observe(obj);
+    obj.notifyObservers(silent);
+    other.observe(obj);
+    obj.notifyObservers(silent);
+    EXPECT_EQ(listener.count + other.count, 0);
 }

@@ -7,16 +7,11 @@
 
 #include "receivercast_p.h"
 
-namespace
-{
-const Bulletin& getNothingToSay()
+const Bulletin& ChangedNotifier::getNothingToSay()
 {
     static const Bulletin nothing;
     return nothing;
 }
-} // namespace
-
-ChangedNotifier::ChangedNotifier(Bulletin& what) : ChangedNotifier(what, getNothingToSay()) {}
 
 void ChangedNotifier::transmitTo(Receiver& receiver)
 {

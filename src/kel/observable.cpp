@@ -2,12 +2,60 @@
 // libkel: Change notification
 #include <kel/observable.h>
 
+#include <kel/changednotifier.h>
+#include <kel/changedreceiver.h>
 #include <kel/observer.h>
 #include <kel/zassert.h>
 
 #include <algorithm>
 #include <memory>
 #include <new>
+#include <typeinfo>
+
+#include "receivercast_p.h"
+
+/// Calls update with any message.
+class Observable::AnyUpdate
+{
+public:
+    explicit AnyUpdate(Notifier& notifier) : m_notifier(notifier) {}
+
+    void operator()(Observer& observer) { observer.update(m_notifier); }
+
+private:
+    Notifier& m_notifier;
+};
+
+/// Calls update with a message of exactly that class, or at once what comes of it: most messages are of this class and
+/// go to receivers that do not override update.
+///
+/// Lives no longer than a pass. All that is called in it was there when it began, so that no class can take the place
+/// of the one looked up last.
+class Observable::ChangedUpdate
+{
+public:
+    explicit ChangedUpdate(ChangedNotifier& notifier) : m_notifier(notifier) {}
+
+    void operator()(Observer& observer)
+    {
+        const void* const table = ReceiverCastCache::getVirtualTable(observer);
+        if (table != m_table) [[unlikely]]
+        {
+            const auto& found = ReceiverCastCache::find<ChangedReceiver>(observer);
+            m_table = table;
+            m_offset = found.isPlain ? found.offset : ReceiverCastCache::s_none;
+        }
+        if (m_offset == ReceiverCastCache::s_none) [[unlikely]]
+            return observer.update(m_notifier);
+        auto& receiver = ReceiverCastCache::getInterface<ChangedReceiver>(observer, m_offset);
+        receiver.changed(*m_notifier.m_what, *m_notifier.m_how);
+    }
+
+private:
+    ChangedNotifier& m_notifier;
+    const void* m_table = nullptr;
+    std::ptrdiff_t m_offset = ReceiverCastCache::s_none;
+};
 
 /// One running pass. Lives on the stack of notify() and is known to the observable meanwhile.
 class Observable::NotifyObservers
@@ -20,7 +68,7 @@ public:
           m_notifying(&notifying),
           m_outer(notifying)
     {
-        std::copy(observers.begin(), observers.end(), m_snapshot);
+        observers.copyTo(m_snapshot);
         notifying = this;
     }
 
@@ -35,12 +83,15 @@ public:
     }
 
     // Not inlined: g++ 12 takes the link to the pass for a dangling one, although the destructor takes it back.
-    [[gnu::noinline]] void run(Notifier& notifier)
+    template <class Update, class Message>
+    [[gnu::noinline]] void run(Message& message)
     {
-        for (unsigned i = 0; i < m_count; ++i)
+        Update update(message);
+        Observer** const end = m_snapshot + m_count;
+        for (Observer** next = m_snapshot; next != end; ++next)
         {
-            if (Observer* const observer = m_snapshot[i])
-                observer->update(notifier);
+            if (Observer* const observer = *next)
+                update(*observer);
         }
     }
 
@@ -55,7 +106,7 @@ public:
     /// For an observable that is going away: nobody else is called, and the observable is not touched any more.
     void end()
     {
-        m_count = 0;
+        std::fill(m_snapshot, m_snapshot + m_count, nullptr);
         m_notifying = nullptr;
     }
 
@@ -65,7 +116,7 @@ private:
     // Most objects have a handful of observers; their passes need no allocation.
     static constexpr unsigned s_few = 16;
 
-    unsigned m_count;
+    const unsigned m_count;
     const std::unique_ptr<Observer*[]> m_many;
     Observer* m_few[s_few]; ///< left uninitialised past the count: a pass is made for every single notification
     Observer** const m_snapshot;
@@ -113,11 +164,28 @@ bool Observable::has(Observer& anObserver) const
 
 void Observable::notify(Notifier& notifier)
 {
+    if (&typeid(notifier) == &typeid(ChangedNotifier))
+        notifyWith<ChangedUpdate>(static_cast<ChangedNotifier&>(notifier));
+    else
+        notifyWith<AnyUpdate>(notifier);
+}
+
+template <class Update, class Message>
+void Observable::notifyWith(Message& message)
+{
     // Nobody is called after a single observer, so that there is nothing to keep track of.
     if (m_observers.size() == 1)
-        return (*m_observers.begin())->update(notifier);
+        Update{message}(**m_observers.begin());
+    else
+        notifyMany<Update>(message);
+}
+
+// Not inlined: what a pass needs on the stack is not needed for a single observer.
+template <class Update, class Message>
+[[gnu::noinline]] void Observable::notifyMany(Message& message)
+{
     NotifyObservers pass(m_observers, m_notifying);
-    pass.run(notifier);
+    pass.run<Update>(message);
 }
 
 void Observable::fixNotifying(Observer& anObserver)

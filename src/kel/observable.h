@@ -43,6 +43,13 @@ public:
 
 private:
     class NotifyObservers;
+    class AnyUpdate;
+    class ChangedUpdate;
+
+    template <class Update, class Message>
+    void notifyWith(Message& message);
+    template <class Update, class Message>
+    void notifyMany(Message& message);
 
     zset<Observer> m_observers;
     NotifyObservers* m_notifying =

@@ -6,7 +6,27 @@
 #include <kel/notifier.h>
 #include <kel/observable.h>
 
+#include <cstring>
+
 #include "receivercast_p.h"
+
+namespace
+{
+/// The first operation of its class that is not the destructor, which takes two places in the virtual table (Itanium
+/// C++ ABI, "Virtual Table Layout"): update.
+const void* getUpdate(const Observer& observer)
+{
+    const void* const* table;
+    std::memcpy(&table, static_cast<const void*>(&observer), sizeof table);
+    return table[2];
+}
+} // namespace
+
+bool ReceiverCastCache::isPlainReceiver(const Observer& observer)
+{
+    static const void* const s_update = getUpdate(Receiver());
+    return getUpdate(observer) == s_update;
+}
 
 Receiver::~Receiver()
 {

@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <cstring>
 
-/// Where the classes of receivers keep one receiver interface, as far as they were asked for it lately.
+/// Where the classes of observers keep one receiver interface, as far as they were asked for it lately.
 ///
 /// The dynamic type test takes several times as long as all else in a notification, and its outcome is the same for all
 /// objects of a class. What was found is forgotten whenever a receiver dies: a module that is unloaded has no living
@@ -16,51 +16,72 @@
 class ReceiverCastCache
 {
 public:
+    /// In place of an offset. No interface stands where the observer does: both have a virtual table of their own.
+    static constexpr std::ptrdiff_t s_none = 0;
+
+    /// What is known of a class.
+    struct alignas(32) Entry
+    {
+        const void* table;     ///< the virtual table
+        std::uint64_t age;     ///< of the caches, when it was tested
+        std::ptrdiff_t offset; ///< of the interface from the observer, in bytes
+        bool isPlain;          ///< whether update is that of Receiver
+    };
+
     /// Starts all caches afresh.
     static void forgetAll() noexcept { ++s_age; }
 
+    /// Valid as long as it is of an observer.
     template <class ReceiverInterface>
-    static ReceiverInterface* cast(Receiver& receiver)
+    static const Entry& find(Observer& observer)
     {
         // One cache for each interface; constant initialised, therefore without a guard.
         static constinit ReceiverCastCache cache;
-        const void* const table = getVirtualTable(receiver);
+        const void* const table = getVirtualTable(observer);
         Entry& entry = cache.m_entries[getSlot(table)];
         if (entry.table != table || entry.age != s_age) [[unlikely]]
-            entry = {table, s_age, getOffset(receiver, dynamic_cast<ReceiverInterface*>(&receiver))};
-        if (entry.offset == s_none)
-            return nullptr;
-        return reinterpret_cast<ReceiverInterface*>(reinterpret_cast<char*>(&receiver) + entry.offset);
+            return learn<ReceiverInterface>(observer, entry);
+        return entry;
     }
 
-private:
-    struct Entry
+    template <class ReceiverInterface>
+    static ReceiverInterface& getInterface(Observer& observer, std::ptrdiff_t offset)
     {
-        const void* table;
-        std::uint64_t age;
-        std::ptrdiff_t offset; ///< of the interface from the receiver, in bytes
-    };
-
-    static constexpr std::size_t s_size = 64;
-    static constexpr std::ptrdiff_t s_none = PTRDIFF_MIN;
+        return *reinterpret_cast<ReceiverInterface*>(reinterpret_cast<char*>(&observer) + offset);
+    }
 
     /// What tells classes apart: the pointer to its virtual table stands first in every polymorphic object (Itanium C++
     /// ABI, "Virtual Table Layout"). Unlike the type's identity it is another one while the object is being constructed
     /// or destroyed as part of a larger one, when its bases may stand elsewhere.
-    static const void* getVirtualTable(const Receiver& receiver)
+    static const void* getVirtualTable(const Observer& observer)
     {
         const void* table;
-        std::memcpy(&table, static_cast<const void*>(&receiver), sizeof table);
+        std::memcpy(&table, static_cast<const void*>(&observer), sizeof table);
         return table;
     }
 
+private:
+    static constexpr std::size_t s_size = 64;
+
+    // Not inlined: the many registers that the test takes would be saved for every message.
+    template <class ReceiverInterface>
+    [[gnu::noinline]] static const Entry& learn(Observer& observer, Entry& entry)
+    {
+        auto* const found = dynamic_cast<ReceiverInterface*>(&observer);
+        entry = {getVirtualTable(observer), s_age, getOffset(observer, found), isPlainReceiver(observer)};
+        return entry;
+    }
+
+    static std::ptrdiff_t getOffset(const Observer& observer, const void* found)
+    {
+        return found == nullptr ? s_none : static_cast<const char*>(found) - reinterpret_cast<const char*>(&observer);
+    }
+
+    /// Whether the class is a Receiver that does not override update.
+    static bool isPlainReceiver(const Observer& observer);
+
     // Tables are some words long and aligned to words.
     static std::size_t getSlot(const void* table) { return (reinterpret_cast<std::uintptr_t>(table) >> 4) % s_size; }
-
-    static std::ptrdiff_t getOffset(const Receiver& receiver, const void* found)
-    {
-        return found == nullptr ? s_none : static_cast<const char*>(found) - reinterpret_cast<const char*>(&receiver);
-    }
 
     static inline std::uint64_t s_age = 1;
 
@@ -71,5 +92,8 @@ private:
 template <class ReceiverInterface>
 ReceiverInterface* receiverCast(Receiver& receiver)
 {
-    return ReceiverCastCache::cast<ReceiverInterface>(receiver);
+    const std::ptrdiff_t offset = ReceiverCastCache::find<ReceiverInterface>(receiver).offset;
+    if (offset == ReceiverCastCache::s_none)
+        return nullptr;
+    return &ReceiverCastCache::getInterface<ReceiverInterface>(receiver, offset);
 }

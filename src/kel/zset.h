@@ -118,6 +118,18 @@ public:
         return std::binary_search(block.begin(), block.end(), element, std::less<T*>());
     }
 
+    /// Copies the elements in their order to `out`, which has room for size() of them.
+    void copyTo(T** out) const
+    {
+        if (!m_many)
+        {
+            std::copy(m_few, fewEnd(), out);
+            return;
+        }
+        for (const Block& block : *m_many)
+            out = std::copy(block.begin(), block.end(), out);
+    }
+
     unsigned size() const { return m_size; }
     bool empty() const { return m_size == 0; }
 
