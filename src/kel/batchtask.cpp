@@ -2,7 +2,6 @@
 // libkel: Tasks and progress
 #include <kel/batchtask.h>
 
-#include <kel/ownedqueue.h>
 #include <kel/status.h>
 
 BatchTask::BatchTask(bool interleave) : m_interleave(interleave) {}
@@ -34,7 +33,7 @@ void BatchTask::performAction()
     else if (!current.repeat())
         OwnedElement<Task>::takeFront(m_tasks).reset();
     else if (m_interleave)
-        m_tasks.splice(m_tasks.end(), m_tasks, m_tasks.begin());
+        OwnedElement<Task>::takeFront(m_tasks).putBack(m_tasks);
 }
 
 // Without a Status the batch could not be stopped: it ends with the assertion.

@@ -2,9 +2,8 @@
 // libkel: Tasks and progress
 #pragma once
 
+#include <kel/ownedqueue.h>
 #include <kel/task.h>
-
-#include <list>
 
 /// Several tasks as one task of a queue.
 ///
@@ -41,6 +40,6 @@ public:
 private:
     bool isInterrupted();
 
-    std::list<Task*> m_tasks; // owned; the one at the front is being run, the others wait for their turn
+    OwnedQueue<Task> m_tasks; // owned; the one at the front is being run, the others wait for their turn
     bool m_interleave;
 };

@@ -4,7 +4,6 @@
 
 #include <kel/changednotifier.h>
 #include <kel/command.h>
-#include <kel/ownedqueue.h>
 #include <kel/undoredostate.h>
 #include <kel/zassert.h>
 
@@ -12,7 +11,7 @@ namespace
 {
 // A command that is done but has gone back on its word is not deleted: nobody can tell what still leans on it. One that
 // cannot tell stays done, on the undo stack.
-bool isUndoableElseAbandon(OwnedElement<Command>& command, std::list<Command*>& undoStack)
+bool isUndoableElseAbandon(OwnedElement<Command>& command, OwnedQueue<Command>& undoStack)
 {
     try
     {
@@ -28,9 +27,9 @@ bool isUndoableElseAbandon(OwnedElement<Command>& command, std::list<Command*>& 
     return false;
 }
 
-Ztring getLabelOfTop(const std::list<Command*>& commands)
+const Command* getTop(const OwnedQueue<Command>& commands)
 {
-    return commands.empty() ? Ztring::emptyZtring : commands.back()->getLabel();
+    return commands.empty() ? nullptr : commands.back();
 }
 } // namespace
 
@@ -152,7 +151,5 @@ void CommandController::announceChange()
 
 UndoRedoState CommandController::getUndoRedoState() const
 {
-    const Ztring undoLabel = getLabelOfTop(m_undo);
-    const Ztring redoLabel = getLabelOfTop(m_redo);
-    return UndoRedoState(undoLabel, redoLabel);
+    return UndoRedoState(getTop(m_undo), getTop(m_redo));
 }

@@ -3,9 +3,9 @@
 #pragma once
 
 #include <kel/bulletin.h>
+#include <kel/ownedqueue.h>
 
 #include <deque>
-#include <list>
 
 class Command;
 class UndoRedoState;
@@ -101,6 +101,6 @@ public:
 
 private:
     unsigned int m_maximumUndo = 0;
-    std::list<Command*> m_undo; // owned; the most recent command is at the back
-    std::list<Command*> m_redo; // owned; the most recently undone command is at the back
+    OwnedQueue<Command> m_undo; // owned; the most recent command is at the back
+    OwnedQueue<Command> m_redo; // owned; the most recently undone command is at the back
 };

@@ -48,6 +48,7 @@
 #include <kel/orderedbulletins.h>
 #include <kel/orderedcomparator.h>
 #include <kel/othertasks.h>
+#include <kel/ownedqueue.h>
 #include <kel/parallel.h>
 #include <kel/platform.h>
 #include <kel/pool.h>

@@ -2,7 +2,6 @@
 // libkel: Tasks and progress
 #include <kel/othertasks.h>
 
-#include <kel/ownedqueue.h>
 #include <kel/task.h>
 
 OtherTasks::OtherTasks() = default;

@@ -3,8 +3,7 @@
 #pragma once
 
 #include <kel/kelapi.h>
-
-#include <list>
+#include <kel/ownedqueue.h>
 
 class Task;
 
@@ -36,5 +35,5 @@ public:
     void processTask();
 
 private:
-    std::list<Task*> m_tasks; // owned; the next one is at the front
+    OwnedQueue<Task> m_tasks; // owned; the next one is at the front
 };

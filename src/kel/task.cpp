@@ -50,6 +50,31 @@ void reportError(const Ztring& message)
     Problem problem(message);
     Task::onError(problem);
 }
+
+/// Reports the exception that is being handled.
+void reportFailure()
+{
+    try
+    {
+        throw;
+    }
+    catch (Interrupted& interrupted)
+    {
+        Task::onInterrupted(interrupted);
+    }
+    catch (Problem& problem)
+    {
+        Task::onError(problem);
+    }
+    catch (const std::exception& exception)
+    {
+        reportError(exception.what());
+    }
+    catch (...)
+    {
+        reportError(Translator::tr("Unknown Problem"));
+    }
+}
 } // namespace
 
 Task::ErrorInterruptListener::ErrorInterruptListener()
@@ -75,30 +100,14 @@ Task::~Task() = default;
 
 void Task::execute() noexcept
 {
-    attempt(
-        [this]
-        {
-            try
-            {
-                performAction();
-            }
-            catch (Interrupted& interrupted)
-            {
-                onInterrupted(interrupted);
-            }
-            catch (Problem& problem)
-            {
-                onError(problem);
-            }
-            catch (const std::exception& exception)
-            {
-                reportError(exception.what());
-            }
-            catch (...)
-            {
-                reportError(Translator::tr("Unknown Problem"));
-            }
-        });
+    try
+    {
+        performAction();
+    }
+    catch (...)
+    {
+        attempt(reportFailure);
+    }
 }
 
 bool Task::repeat()

@@ -5,7 +5,6 @@
 #include <kel/flagguard.h>
 #include <kel/listenerpass.h>
 #include <kel/othertasks.h>
-#include <kel/ownedqueue.h>
 #include <kel/simpletask.h>
 #include <kel/sound.h>
 #include <kel/status.h>
@@ -118,16 +117,20 @@ void Tasks::processTask()
 {
     OwnedElement<Task> task = OwnedElement<Task>::takeFront(m_tasks);
     const bool quiet = task->isQuiet();
-    beginRun(task);
+    if (!m_busy)
+        beginRun(task);
     task->execute();
-    doBoth([&] { requeueOrDelete(std::move(task)); }, [&] { endRun(quiet); });
+    doBoth([&] { requeueOrDelete(std::move(task)); },
+           [&]
+           {
+               if (m_tasks.empty())
+                   endRun(quiet);
+           });
 }
 
 // A task that could not start because the start of its run failed goes back to its place.
 void Tasks::beginRun(OwnedElement<Task>& task)
 {
-    if (m_busy)
-        return;
     m_busy = true;
     try
     {
@@ -149,8 +152,6 @@ void Tasks::requeueOrDelete(OwnedElement<Task> task)
 
 void Tasks::endRun(bool quiet)
 {
-    if (!m_tasks.empty())
-        return;
     m_busy = false;
     doBoth([quiet] { playUnlessQuiet(Sound::WorkFinished, quiet); },
            [this] { doBoth([] { Status::getSingleton().resetInterrupt(); }, [this] { notifyEnd(); }); });

@@ -4,13 +4,10 @@
 
 #include <kel/array.h>
 #include <kel/bulletin.h>
-
-#include <list>
+#include <kel/ownedqueue.h>
 
 class Task;
 class TasksListener;
-template <class T>
-class OwnedElement;
 
 /// The main queue of deferred work, run one task step at a time from the application's idle handler.
 ///
@@ -94,7 +91,7 @@ private:
     void endRun(bool quiet);
     void notifyEnd();
 
-    std::list<Task*> m_tasks; // owned; the next one is at the front
+    OwnedQueue<Task> m_tasks; // owned; the next one is at the front
     Array<TasksListener*> m_listeners;
     bool m_busy = false;
     bool m_processing = false;

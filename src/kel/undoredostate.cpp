@@ -2,11 +2,26 @@
 // libkel: Commands and undo
 #include <kel/undoredostate.h>
 
+#include <kel/command.h>
 #include <kel/zassert.h>
+
+namespace
+{
+Ztring getLabelOf(const Command* command)
+{
+    return command == nullptr ? Ztring() : command->getLabel();
+}
+} // namespace
 
 UndoRedoState::UndoRedoState(const Ztring& undoLabel, const Ztring& redoLabel)
     : m_undoLabel(undoLabel),
       m_redoLabel(redoLabel)
+{
+}
+
+UndoRedoState::UndoRedoState(const Command* undo, const Command* redo)
+    : m_undoLabel(getLabelOf(undo)),
+      m_redoLabel(getLabelOf(redo))
 {
 }
 

@@ -5,6 +5,8 @@
 #include <kel/bulletin.h>
 #include <kel/ztring.h>
 
+class Command;
+
 /// The labels for the Undo and Redo menu entries; the payload of the CommandController's announcements.
 ///
 /// A value that lives as long as the notification it travels in; receivers that need it longer copy it.
@@ -27,6 +29,12 @@ public:
     const Ztring& getRedo() const;
 
 private:
+    friend class CommandController;
+
+    /// With the labels of commands, which are made in their place: copies of texts take as long as all else in the
+    /// announcement. Null stands for no command.
+    UndoRedoState(const Command* undo, const Command* redo);
+
     Ztring m_undoLabel;
     Ztring m_redoLabel;
 };
