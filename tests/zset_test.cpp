@@ -77,6 +77,18 @@ TEST_F(ZSet, StartsEmpty)
     EXPECT_FALSE(m_set.has(at(0)));
 }
 
+TEST_F(ZSet, CopiesItsElementsInTheOrderOfAddressesHoweverManyThereAre)
+{
+    for (const std::size_t count : {0u, 1u, 2u, 3u, 600u, 2000u})
+    {
+        while (m_set.size() < count)
+            m_set.insert(at(2000 - m_set.size()));
+        std::vector<int*> copy(count);
+        m_set.copyTo(copy.data());
+        EXPECT_TRUE(std::equal(m_set.begin(), m_set.end(), copy.begin(), copy.end()));
+    }
+}
+
 TEST_F(ZSet, IteratesInTheOrderOfAddresses)
 {
     for (const std::size_t index : {3u, 1u, 4u, 0u, 2u})
