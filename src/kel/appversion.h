@@ -9,6 +9,10 @@ class Reader;
 class Version;
 
 /// The application's version: of this process, and of the process that wrote a stream.
+///
+/// It is 5.0.0 until the application assigns its own, at its start, before anything is saved or opened:
+///
+///     *AppVersion::getCurrent() = Version(1, 0, 0, AppVersion::getStaticKey());
 class KEL_API AppVersion
 {
 public:

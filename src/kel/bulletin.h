@@ -54,7 +54,8 @@ public:
     /// Asks an object whether it lets itself be deleted, tells its observers (preDelete) and deletes it. An object that
     /// refuses lives on, unless forced; it is asked even then, because asking may give up a use of it. If an observer
     /// throws, the object lives on and the exception passes through; if one deletes the object, that is all right, too.
-    /// A missing object is the assertion "valid(&deadObj)".
+    /// A missing object is the assertion "valid(&deadObj)". An object on a board is removed first: destroying takes it
+    /// off no board, which would go on holding it.
     static void destroy(Bulletin& deadObj, bool force);
     /// The same; does nothing for a null pointer.
     static void destroy(Bulletin* deadObj, bool force);

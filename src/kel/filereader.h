@@ -27,7 +27,8 @@ public:
     FileReader(const FileReader&) = delete;
     FileReader& operator=(const FileReader&) = delete;
 
-    /// Opens the file and reads its header, which must name the product, and its version table.
+    /// Opens the file and reads its header, which must name the product (Branding::getProduct, which the
+    /// application sets at its start), and its version table.
     ///
     /// The reader returned is owned by this object and lives as long. After a failure this object is as new. A
     /// second call fails with the assertion "!valid(m_in)".

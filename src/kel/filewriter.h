@@ -41,7 +41,8 @@ public:
     FileWriter(const FileWriter&) = delete;
     FileWriter& operator=(const FileWriter&) = delete;
 
-    /// Opens the temporary file (the target's path with ".tmp" appended) and writes the header and the version table.
+    /// Opens the temporary file (the target's path with ".tmp" appended) and writes the header, with the names of
+    /// Branding, which the application sets at its start, and the version table.
     ///
     /// The writer returned is owned by this object and lives until `close`. After a failure this object is as new and
     /// the temporary file is gone. A second call, without a successful `close` between, fails with the assertion

@@ -44,11 +44,11 @@ public:
 
     /// Called to delete a file: the old target when a save completes (false), temporary files (true, which asks for no
     /// report when the file cannot be deleted).
-    virtual void deleteFile(const Kel::File& file, bool flag) = 0;
+    virtual void deleteFile(const Kel::File& file, bool quiet) = 0;
 
     /// Called last in a save, with false, to put the complete temporary file `from` in the place of `to`, which was
     /// deleted just before.
-    virtual void moveFile(const Kel::File& from, const Kel::File& to, bool flag) = 0;
+    virtual void moveFile(const Kel::File& from, const Kel::File& to, bool quiet) = 0;
 
     /// Called by startTimer(Task*): runs the task every `intervalMs` milliseconds. Who deletes the task is settled
     /// between the application and its platform.

@@ -64,9 +64,10 @@ public:
     /// Reads the header and the version table.
     ///
     /// The stream is not owned, must outlive the reader and is given the classic locale and white-space skipping for
-    /// good. With `showStatus`, progress is reported through Status.
+    /// good. With `showStatus`, progress is reported through Status. The expected text may stand anywhere in
+    /// the header; an empty one accepts any.
     ///
-    /// @throws Problem "Expecting: %1" when the header holds neither the expected text nor the magic word that
+    /// @throws Problem "Expecting: %1" when the header holds neither the expected text nor "Velkor", which
     ///     every product of the family accepts; what Versions::read throws; the assertion "*m_in" when the stream has
     ///     failed already
     Reader(std::istream& in, const Ztring& expected, bool showStatus);

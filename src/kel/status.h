@@ -108,7 +108,8 @@ public:
 
     void setState(ApplicationState state);
 
-    /// Sets the least time between two updates, in milliseconds.
+    /// Sets the least time between two updates, in milliseconds of processor time and of Status::sleep: work that waits
+    /// otherwise has to tell sleep of it.
     void setUpdateInterval(unsigned int ms);
     unsigned int getUpdateInterval() const { return m_updateInterval; }
 

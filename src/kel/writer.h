@@ -81,7 +81,8 @@ public:
     /// Writes a number in lower-case hexadecimal, and the separator.
     Writer& writeHex(unsigned number);
 
-    /// Writes how many members are Serializable and writable, then a reference to each, in key order.
+    /// Writes how many members are Serializable and writable, then a reference to each, in key order. Keys are not
+    /// written: an object that is to be found by its key again writes that itself (BulletinKey::write).
     void writeBulletins(BulletinBoard& board);
     /// The same in the list's order; null entries are left out.
     void writeBulletins(OrderedBulletins& list);
