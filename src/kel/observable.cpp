@@ -138,7 +138,8 @@ Observable::~Observable()
 
 void Observable::attach(Observer& anObserver)
 {
-    KEL_ASSERT(m_observers.insert(&anObserver), "!has(anObserver)");
+    const bool isNew = m_observers.insert(&anObserver);
+    KEL_ASSERT(isNew, "!has(anObserver)");
     try
     {
         anObserver.attach(*this);

@@ -22,12 +22,14 @@ Observer::~Observer()
 
 void Observer::attach(Observable& anObservable)
 {
-    KEL_ASSERT(m_observables.insert(&anObservable), "!has(anObservable)");
+    const bool isNew = m_observables.insert(&anObservable);
+    KEL_ASSERT(isNew, "!has(anObservable)");
 }
 
 void Observer::detach(Observable& anObservable)
 {
-    KEL_ASSERT(m_observables.erase(&anObservable), "has(anObservable)");
+    const bool wasLinked = m_observables.erase(&anObservable);
+    KEL_ASSERT(wasLinked, "has(anObservable)");
 }
 
 void Observer::detachAll()
