@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // libkel: Persistence
-#include <kel/bufferarea.h>
+#include <kel/bufferarea_p.h>
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,8 @@
 #include <kel/keyreader.h>
 
 #include <kel/reader.h>
-#include <kel/streamstate.h>
+
+#include "streamstate_p.h"
 
 KeyReader::KeyReader() : Bulletin(getStaticKey()) {}
 

@@ -2,9 +2,10 @@
 // libkel: Persistence
 #include <kel/keywriter.h>
 
-#include <kel/numbertable.h>
-#include <kel/streamstate.h>
 #include <kel/writer.h>
+
+#include "numbertable_p.h"
+#include "streamstate_p.h"
 
 KeyWriter::KeyWriter() : Bulletin(getStaticKey()), m_others(std::make_unique<NumberTable>()) {}
 

@@ -2,21 +2,22 @@
 // libkel: Persistence
 #include <kel/reader.h>
 
-#include <kel/idruns.h>
 #include <kel/nativereader.h>
 #include <kel/orderedbulletins.h>
 #include <kel/problem.h>
-#include <kel/restoredobjects.h>
 #include <kel/savedline.h>
 #include <kel/serializable.h>
 #include <kel/serializablecreator.h>
 #include <kel/serializablecreators.h>
 #include <kel/status.h>
-#include <kel/streaminput.h>
 #include <kel/translator.h>
 #include <kel/versions.h>
 #include <kel/zassert.h>
 #include <kel/ztring.h>
+
+#include "idruns_p.h"
+#include "restoredobjects_p.h"
+#include "streaminput_p.h"
 
 #include <algorithm>
 #include <bit>

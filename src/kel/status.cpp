@@ -2,10 +2,11 @@
 // libkel: Tasks and progress
 #include <kel/status.h>
 
-#include <kel/flagguard.h>
 #include <kel/interrupted.h>
 #include <kel/timer.h>
 #include <kel/zassert.h>
+
+#include "flagguard_p.h"
 
 #include <ctime>
 #include <thread>

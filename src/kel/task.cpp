@@ -3,9 +3,10 @@
 #include <kel/task.h>
 
 #include <kel/interrupted.h>
-#include <kel/listenerpass.h>
 #include <kel/log_kel.h>
 #include <kel/translator.h>
+
+#include "listenerpass_p.h"
 
 #include <algorithm>
 

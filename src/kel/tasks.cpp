@@ -2,13 +2,14 @@
 // libkel: Tasks and progress
 #include <kel/tasks.h>
 
-#include <kel/flagguard.h>
-#include <kel/listenerpass.h>
 #include <kel/othertasks.h>
 #include <kel/simpletask.h>
 #include <kel/sound.h>
 #include <kel/status.h>
 #include <kel/taskslistener.h>
+
+#include "flagguard_p.h"
+#include "listenerpass_p.h"
 
 #include <new>
 #include <utility>

@@ -2,18 +2,19 @@
 // libkel: Persistence
 #include <kel/writer.h>
 
-#include <kel/addressnumbers.h>
-#include <kel/crosscast.h>
-#include <kel/flagguard.h>
 #include <kel/orderedbulletins.h>
 #include <kel/serializable.h>
 #include <kel/serializablecreator.h>
 #include <kel/status.h>
-#include <kel/streamoutput.h>
 #include <kel/translator.h>
 #include <kel/versions.h>
 #include <kel/zassert.h>
 #include <kel/ztring.h>
+
+#include "addressnumbers_p.h"
+#include "crosscast_p.h"
+#include "flagguard_p.h"
+#include "streamoutput_p.h"
 
 #include <locale>
 #include <string>

@@ -2,7 +2,7 @@
 // libkel: Persistence
 #pragma once
 
-#include <kel/numbertable.h>
+#include "numbertable_p.h"
 
 #include <bit>
 #include <cstddef>

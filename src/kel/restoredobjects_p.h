@@ -3,8 +3,9 @@
 #pragma once
 
 #include <kel/bulletin.h>
-#include <kel/crosscast.h>
 #include <kel/serializable.h>
+
+#include "crosscast_p.h"
 
 #include <cstddef>
 #include <cstdint>

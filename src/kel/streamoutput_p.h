@@ -2,9 +2,9 @@
 // libkel: Persistence
 #pragma once
 
+#include "bufferarea_p.h"
 #include "hexscope_p.h"
-#include <kel/bufferarea.h>
-#include <kel/realformat.h>
+#include "realformat_p.h"
 
 #include <algorithm>
 #include <charconv>

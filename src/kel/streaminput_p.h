@@ -2,8 +2,8 @@
 // libkel: Persistence
 #pragma once
 
+#include "bufferarea_p.h"
 #include "hexscope_p.h"
-#include <kel/bufferarea.h>
 
 #include <algorithm>
 #include <charconv>
