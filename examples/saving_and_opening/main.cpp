@@ -67,7 +67,7 @@ int main()
 
     std::stringstream stream;
     stream.precision(std::numeric_limits<double>::max_digits10); // else doubles keep six digits
-    Writer(stream, "Example file", false).writeObj(&wheel); // and all that it leads to
+    Writer(stream, "Example file", false).writeObj(&wheel);      // and all that it leads to
     std::cout << stream.str();
 
     auto& root = dynamic_cast<Part&>(*Reader(stream, "Example", false).perform());
