@@ -93,7 +93,7 @@ bool Args::checkUnrecognized()
     {
         if (!isOption(name))
             continue;
-        const Ztring line(pattern);
+        const Ztring line(pattern); // NOLINT(performance-unnecessary-copy-initialization): filled, though const
         line.argReplace(name);
         message.append(line);
         if (!value.empty())

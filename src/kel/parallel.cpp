@@ -8,6 +8,7 @@
 #include "totext_p.h"
 
 #include <algorithm>
+#include <cmath>
 #include <ctime>
 
 namespace
@@ -81,7 +82,7 @@ unsigned int Parallel::setThreads(unsigned int taskSize, unsigned int maxThreads
 {
     const float quotient = static_cast<float>(taskSize) / static_cast<float>(m_chunkSize);
     // 64 bits, since the largest task sizes round up to more than 32 bits hold.
-    const auto chunks = static_cast<std::uint64_t>(static_cast<double>(quotient) + 0.5);
+    const auto chunks = static_cast<std::uint64_t>(std::floor(static_cast<double>(quotient) + 0.5));
     const std::uint64_t wanted = std::max<std::uint64_t>(chunks, 1);
     return static_cast<unsigned int>(std::min<std::uint64_t>({m_threadCount, maxThreads, wanted}));
 }

@@ -170,7 +170,7 @@ void Reader::fixObjects(FixingQueue& queue, std::size_t first, std::size_t total
     const auto fixNext = [&](const Waiting& next)
     {
         m_isLast = fixed + 1 == total;
-        if (!next.object->fixup(*this))
+        if (!next.object->fixup(*this)) // NOLINT(clang-analyzer-core.CallAndMessage): no null is ever queued
         {
             queue.push_front(next);
             if (!firstOfCycle)

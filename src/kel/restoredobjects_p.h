@@ -7,6 +7,7 @@
 
 #include "crosscast_p.h"
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -49,7 +50,7 @@ public:
     Bulletin* getBulletin(std::uint64_t id) const
     {
         const std::uintptr_t entry = get(id);
-        return (entry & s_noBulletin) != 0 ? nullptr : reinterpret_cast<Bulletin*>(entry & s_address);
+        return (entry & s_noBulletin) != 0 ? nullptr : std::bit_cast<Bulletin*>(entry & s_address);
     }
 
     /// The object, which must not have been skipped.
@@ -57,7 +58,7 @@ public:
     {
         if (Bulletin* const bulletin = getBulletin(id))
             return m_toSerializable(*bulletin);
-        return reinterpret_cast<Serializable*>(get(id) & s_address);
+        return std::bit_cast<Serializable*>(get(id) & s_address);
     }
 
 private:
