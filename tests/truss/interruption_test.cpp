@@ -37,17 +37,25 @@ protected:
         m_endless = open((directory / "endless").c_str(), O_WRONLY);
     }
 
-    /// Writes lines that a function makes of their number; false once the program does not read on.
-    template <class MakeLine>
-    bool feed(unsigned count, const MakeLine& makeLine)
+    /// Feeds the import, presses Ctrl-C in the midst of it, and feeds on until the program does not want more.
+    Outcome interruptImport()
+    {
+        EXPECT_TRUE(feed(5000));
+        kill(m_process, SIGINT);
+        while (feed(1000))
+            ;
+        return finish();
+    }
+
+private:
+    /// Writes so many nodes; false once the program does not read on.
+    bool feed(unsigned count)
     {
         std::string lines;
         for (unsigned i = 0; i < count; ++i)
-            lines += makeLine(m_line++);
+            lines += "node,m" + std::to_string(m_line++) + ",0,0,0\n";
         return write(m_endless, lines.data(), lines.size()) == static_cast<ssize_t>(lines.size());
     }
-
-    void pressCtrlC() { kill(m_process, SIGINT); }
 
     Outcome finish()
     {
@@ -57,7 +65,6 @@ protected:
         return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, directory.read("out.txt"), directory.read("err.txt")};
     }
 
-private:
     pid_t m_process = -1;
     int m_endless = -1;
     unsigned m_line = 0;
@@ -67,12 +74,7 @@ TEST_F(Interruption, EndsAnImportAndGoesOnWithTheNextJob)
 {
     ASSERT_EQ(run("-import=" + data + "/tenbar.csv -save=a.truss").status, 0);
     start({directory / "a.truss", "-import=" + directory / "endless", "-solve", "-save=" + directory / "b.truss"});
-    const auto node = [](unsigned i) { return "node,m" + std::to_string(i) + ",0,0,0\n"; };
-    ASSERT_TRUE(feed(5000, node));
-    pressCtrlC();
-    while (feed(1000, node))
-        ;
-    const Outcome ended = finish();
+    const Outcome ended = interruptImport();
     EXPECT_EQ(ended.status, 1);
     EXPECT_EQ(ended.err, "");
     EXPECT_EQ(ended.out.rfind("Interrupted: Importing\nWeight: 5060.93\n", 0), 0u) << ended.out;
@@ -89,12 +91,7 @@ TEST_F(Interruption, AnImportThatWasInterruptedReplacesNoFile)
     ASSERT_EQ(run("-import=" + data + "/tenbar.csv -save=good.truss").status, 0);
     const std::string good = directory.read("good.truss");
     start({"-import=" + directory / "endless", "-save=" + directory / "good.truss"});
-    const auto node = [](unsigned i) { return "node,m" + std::to_string(i) + ",0,0,0\n"; };
-    ASSERT_TRUE(feed(5000, node));
-    pressCtrlC();
-    while (feed(1000, node))
-        ;
-    const Outcome ended = finish();
+    const Outcome ended = interruptImport();
     EXPECT_EQ(ended.status, 1);
     EXPECT_EQ(ended.err, "'" + directory / "good.truss" + "' is not replaced: the model was not read completely\n");
     EXPECT_EQ(directory.read("good.truss"), good);
