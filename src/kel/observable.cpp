@@ -41,9 +41,8 @@ public:
         const void* const table = ReceiverCastCache::getVirtualTable(observer);
         if (table != m_table) [[unlikely]]
         {
-            const auto& found = ReceiverCastCache::find<ChangedReceiver>(observer);
+            m_offset = ReceiverCastCache::find<ChangedReceiver>(observer).direct;
             m_table = table;
-            m_offset = found.isPlain ? found.offset : ReceiverCastCache::s_none;
         }
         if (m_offset == ReceiverCastCache::s_none) [[unlikely]]
             return observer.update(m_notifier);
@@ -166,9 +165,14 @@ bool Observable::has(Observer& anObserver) const
 void Observable::notify(Notifier& notifier)
 {
     if (&typeid(notifier) == &typeid(ChangedNotifier))
-        notifyWith<ChangedUpdate>(static_cast<ChangedNotifier&>(notifier));
+        notifyChanged(static_cast<ChangedNotifier&>(notifier));
     else
         notifyWith<AnyUpdate>(notifier);
+}
+
+void Observable::notifyChanged(ChangedNotifier& notifier)
+{
+    notifyWith<ChangedUpdate>(notifier);
 }
 
 template <class Update, class Message>

@@ -56,9 +56,10 @@ Pool::~Pool() = default;
 
 void Pool::clear()
 {
-    replaceFree(m_chunkSize, 0);
+    delete[] m_free;
+    m_free = m_top = m_limit = nullptr;
+    m_freshCount = m_blockCount = 0;
     delete std::exchange(m_chunks, nullptr);
-    m_blockCount = 0;
 }
 
 unsigned Pool::info(std::ostream& os) const
@@ -86,34 +87,35 @@ void Pool::infoAll(std::ostream& os)
 
 void Pool::addChunk()
 {
-    struct FreeStack
+    struct FirstBlock
     {
-        void push(void* block) { *m_end++ = block; }
-        void** m_end;
+        void push(void* block) { m_block = m_block == nullptr ? static_cast<char*>(block) : m_block; }
+        char* m_block = nullptr;
     };
 
     // Grows at least twofold, so that many small chunks do not cost a move of the stack each.
     const std::size_t blocks = m_blockCount + m_chunkSize;
-    if (blocks > m_room)
-        replaceFree(std::max(blocks, 2 * m_room), 0);
-    FreeStack freeStack{m_free};
-    m_chunks = new Chunk(m_chunks, m_chunkSize, m_objectSize, freeStack);
-    m_freeCount = m_chunkSize;
+    const std::size_t room = getRoom();
+    if (blocks > room)
+        moveFree(std::max(blocks, 2 * room));
+    FirstBlock first;
+    m_chunks = new Chunk(m_chunks, m_chunkSize, m_objectSize, first);
+    m_fresh = first.m_block;
+    m_freshCount = m_chunkSize;
     m_blockCount = blocks;
 }
 
 // There is no room only for what is not of this pool, or is free already.
 void Pool::makeRoom()
 {
-    replaceFree(2 * m_room + 1, m_freeCount);
+    moveFree(2 * getRoom() + 1);
 }
 
-void Pool::replaceFree(std::size_t room, std::size_t kept)
+void Pool::moveFree(std::size_t room)
 {
     auto* const free = new void*[room];
-    std::copy(m_free, m_free + kept, free);
+    m_top = std::copy(m_free, m_top, free);
     delete[] m_free;
     m_free = free;
-    m_freeCount = kept;
-    m_room = room;
+    m_limit = free + room;
 }

@@ -65,17 +65,19 @@ public:
     /// When memory runs out the pool is as it was.
     void* newObject()
     {
-        if (m_freeCount == 0) [[unlikely]]
+        if (m_top != m_free)
+            return *--m_top;
+        if (m_freshCount == 0) [[unlikely]]
             addChunk();
-        return m_free[--m_freeCount];
+        return m_fresh + std::size_t{m_objectSize} * --m_freshCount;
     }
 
     /// Takes a block back. Neither that it came from this pool nor that it is not free yet is checked. Never fails.
     void deleteObject(void* p) noexcept
     {
-        if (m_freeCount == m_room) [[unlikely]]
+        if (m_top == m_limit) [[unlikely]]
             makeRoom();
-        m_free[m_freeCount++] = p;
+        *m_top++ = p;
     }
 
     /// Gives all chunks back: every block handed out before becomes invalid, the pool is as new.
@@ -91,12 +93,16 @@ public:
 private:
     void addChunk();
     void makeRoom();
-    void replaceFree(std::size_t room, std::size_t kept);
+    std::size_t getRoom() const { return static_cast<std::size_t>(m_limit - m_free); }
+    void moveFree(std::size_t room);
 
-    // The stack of free blocks. It has room for all that there are, so that they can always be given back.
+    // The stack of free blocks. It has room for all that there are, so that they can always be given back. Those at its
+    // bottom that were never handed out are not written down: they are what is left at the start of the newest chunk.
     void** m_free = nullptr;
-    std::size_t m_freeCount = 0;
-    std::size_t m_room = 0;
+    void** m_top = nullptr;
+    void** m_limit = nullptr;
+    char* m_fresh = nullptr;
+    std::size_t m_freshCount = 0;
     std::string m_name;
     unsigned m_objectSize;
     unsigned m_chunkSize;

@@ -25,7 +25,7 @@ public:
         const void* table;     ///< the virtual table
         std::uint64_t age;     ///< of the caches, when it was tested
         std::ptrdiff_t offset; ///< of the interface from the observer, in bytes
-        bool isPlain;          ///< whether update is that of Receiver
+        std::ptrdiff_t direct; ///< the same if update is that of Receiver, otherwise none
     };
 
     /// Starts all caches afresh.
@@ -68,7 +68,8 @@ private:
     [[gnu::noinline]] static const Entry& learn(Observer& observer, Entry& entry)
     {
         auto* const found = dynamic_cast<ReceiverInterface*>(&observer);
-        entry = {getVirtualTable(observer), s_age, getOffset(observer, found), isPlainReceiver(observer)};
+        const std::ptrdiff_t offset = getOffset(observer, found);
+        entry = {getVirtualTable(observer), s_age, offset, isPlainReceiver(observer) ? offset : s_none};
         return entry;
     }
 

@@ -144,6 +144,7 @@ public:
     }
 
 private:
+    // Shifting within the few is written for two.
     static constexpr unsigned s_few = 2;
 
     // Large enough that a million elements have some thousand blocks, small enough that moving half a block costs
@@ -154,16 +155,17 @@ private:
 
     bool insertInFew(T* element)
     {
-        T** const end = m_few + m_size;
-        T** const place = std::lower_bound(m_few, end, element, std::less<T*>());
-        if (place != end && *place == element)
+        unsigned index = 0;
+        while (index < m_size && std::less<T*>()(m_few[index], element))
+            ++index;
+        if (index < m_size && m_few[index] == element)
             return false;
         if (m_size == s_few)
-            moveToBlocks(element, static_cast<std::size_t>(place - m_few));
+            moveToBlocks(element, index);
         else
         {
-            std::move_backward(place, end, end + 1);
-            *place = element;
+            m_few[1] = m_few[0];
+            m_few[index] = element;
         }
         return true;
     }
@@ -181,11 +183,13 @@ private:
 
     bool eraseFromFew(T* element)
     {
-        T** const end = m_few + m_size;
-        T** const found = std::find(m_few, end, element);
-        if (found == end)
+        unsigned index = 0;
+        while (index < m_size && m_few[index] != element)
+            ++index;
+        if (index == m_size)
             return false;
-        std::move(found + 1, end, found);
+        if (index == 0)
+            m_few[0] = m_few[1];
         return true;
     }
 
