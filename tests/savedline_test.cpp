@@ -104,7 +104,7 @@ TEST_F(SavedLineTest, ReaderKeepsItsInputWhenAnObserverOfTheRemovalThrows)
 
 TEST(SavedLine, ObjectsReadInFixupWhatTheySavedInRead)
 {
-    const PersistableGuard guard;
+    const PersistableGuard guard{};
     TestStatus status;
     std::vector<int> numbers;
     Scripted::onRead = [](Scripted& object, Reader& reader)

@@ -46,7 +46,7 @@ struct TranslatedMessages : testing::Test
         Scripted::onFixup = nullptr;
     }
 
-    const PersistableGuard guard;
+    const PersistableGuard guard{};
     TestStatus status;
 };
 

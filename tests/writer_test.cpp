@@ -703,7 +703,7 @@ TEST_F(WriterTest, GetIdNumbersAddressesAsTheyAreMetWhereverTheyAre)
         ASSERT_EQ(m_writer.getId(std::bit_cast<void*>(next)), id);
     };
     // Objects one after the other, with gaps, upwards and downwards, page by page, at odd addresses, anywhere.
-    for (const std::uint64_t distance : {112, 96, 4096, 1, 40000, -112, -96, 1 << 30})
+    for (const std::uint64_t distance : {112ULL, 96ULL, 4096ULL, 1ULL, 40000ULL, -112ULL, -96ULL, 1ULL << 30})
     {
         for (int i = 0; i < 5000; ++i)
             check(address += distance);
