@@ -4,7 +4,6 @@
 
 #include <kel/bulletin.h>
 #include <kel/observable.h>
-#include <kel/zassert.h>
 
 Observer::Observer() = default;
 
@@ -18,18 +17,6 @@ Observer& Observer::operator=(const Observer& /*other*/)
 Observer::~Observer()
 {
     detachAll();
-}
-
-void Observer::attach(Observable& anObservable)
-{
-    const bool isNew = m_observables.insert(&anObservable);
-    KEL_ASSERT(isNew, "!has(anObservable)");
-}
-
-void Observer::detach(Observable& anObservable)
-{
-    const bool wasLinked = m_observables.erase(&anObservable);
-    KEL_ASSERT(wasLinked, "has(anObservable)");
 }
 
 void Observer::detachAll()

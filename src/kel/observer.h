@@ -3,6 +3,7 @@
 #pragma once
 
 #include <kel/kelapi.h>
+#include <kel/zassert.h>
 #include <kel/zset.h>
 
 class Bulletin;
@@ -46,3 +47,16 @@ private:
 
     zset<Observable> m_observables;
 };
+
+// Inline, since the other side of the link is a call of these.
+inline void Observer::attach(Observable& anObservable)
+{
+    const bool isNew = m_observables.insert(&anObservable);
+    KEL_ASSERT(isNew, "!has(anObservable)");
+}
+
+inline void Observer::detach(Observable& anObservable)
+{
+    const bool wasLinked = m_observables.erase(&anObservable);
+    KEL_ASSERT(wasLinked, "has(anObservable)");
+}
