@@ -154,9 +154,10 @@ private:
     {
         if (spread == Spread::Random)
             return 0x9E3779B97F4A7C15; // the golden ratio: close keys get far apart
-        if (spread == Spread::Even || m_nearKeys < m_count / 2 || m_nearKeys == 0)
+        if (spread == Spread::Even || m_nearKeys < m_count / 2)
             return s_one / 2;
-        // A little wider, since where there is no gap one displaced key displaces all behind it.
+        // A little wider, since where there is no gap one displaced key displaces all behind it. There are distances:
+        // the first block is full with a dozen keys.
         return (s_one + s_one / 32) * m_nearKeys / m_distances;
     }
 

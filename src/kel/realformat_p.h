@@ -80,7 +80,8 @@ private:
         return powers;
     }();
 
-    /// The decimal exponent of a positive number, or one beside it right next to a power of ten.
+    /// The decimal exponent of a positive number, or one more where the nearest double to the next power of ten is less
+    /// than that power. It is never too small: no double stands between a power and the nearest one to it.
     static bool estimateExponent(double number, int binaryExponent, int& exponent)
     {
         // The logarithm of 2 to the base of 10 is 78913 / 2^18 to six digits; the power of two is at most the number.
@@ -109,11 +110,12 @@ private:
                             decimal);
     }
 
-    /// The product over 2 to the shift, rounded half to even, which has to have as many digits as are below the limit.
+    /// The product over 2 to the shift, which is below the limit, rounded half to even; false when it has fewer digits
+    /// than the numbers right below the limit.
     static bool roundProduct(Product product, int shift, std::uint64_t limit, Decimal& decimal)
     {
         const auto whole = static_cast<std::uint64_t>(shift > 0 ? product >> shift : product << -shift);
-        if (whole < limit / 10 || whole >= limit)
+        if (whole < limit / 10)
             return false;
         decimal.digits = whole + (shift > 0 && isRoundedUp(product, shift));
         if (decimal.digits == limit)

@@ -69,7 +69,8 @@ private:
     {
         auto* const found = dynamic_cast<ReceiverInterface*>(&observer);
         const std::ptrdiff_t offset = getOffset(observer, found);
-        entry = {getVirtualTable(observer), s_age, offset, isPlainReceiver(observer) ? offset : s_none};
+        const std::ptrdiff_t direct = isPlainReceiver(observer) ? offset : s_none;
+        entry = {getVirtualTable(observer), s_age, offset, direct};
         return entry;
     }
 
