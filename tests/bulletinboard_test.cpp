@@ -191,6 +191,23 @@ TEST_F(BulletinBoardTest, AdoptsOrDeletes)
     EXPECT_EQ(m_story, Story{"~second"});
 }
 
+TEST_F(BulletinBoardTest, DeletesWhatAnOverrideOfAddHasOnlyAddedAnotherFor)
+{
+    class FailingBoard : public BulletinBoard
+    {
+    public:
+        void add(Bulletin*) override
+        {
+            BulletinBoard::add(new Bulletin);
+            throw std::runtime_error("no");
+        }
+    };
+    FailingBoard board;
+    EXPECT_THROW(board.adopt(std::make_unique<Tracked>(m_story, "obj", BulletinKey())), std::runtime_error);
+    EXPECT_EQ(m_story, Story{"~obj"});
+    EXPECT_EQ(board.size(), 1u);
+}
+
 TEST_F(BulletinBoardTest, AddsUnderAnotherKey)
 {
     m_recorder.observe(m_board);
@@ -351,6 +368,41 @@ TEST_F(BulletinBoardTest, ReplacedBulletinThatRefusesIsOffTheBoardAllTheSame)
     m_board.replace(obj);
     EXPECT_EQ(m_board.getPtr(obj->getKey()), obj);
     EXPECT_EQ(m_story, Story{"obj?"});
+}
+
+TEST_F(BulletinBoardTest, ReplacedBulletinThatAThrowingObserverPutsBackStays)
+{
+    Tracked* const oldObj = add("obj");
+    m_recorder.during = [&](const Heard& message)
+    {
+        if (message.operation != "removed")
+            return;
+        m_board.add(oldObj);
+        throw std::runtime_error("no");
+    };
+    m_recorder.observe(m_board);
+    Tracked obj(m_story, "new", oldObj->getKey());
+    EXPECT_THROW(m_board.replace(&obj), std::runtime_error);
+    EXPECT_EQ(m_board.getPtr(obj.getKey()), oldObj);
+    EXPECT_TRUE(m_story.empty());
+}
+
+TEST_F(BulletinBoardTest, ReplaceLeavesABoardAloneThatAThrowingObserverHasDestroyed)
+{
+    auto* const board = new BulletinBoard;
+    const std::unique_ptr<Tracked> oldObj(make("obj"));
+    board->add(oldObj.get());
+    m_recorder.during = [board](const Heard& message)
+    {
+        if (message.operation != "removed")
+            return;
+        Bulletin::destroy(board, false);
+        throw std::runtime_error("no");
+    };
+    m_recorder.observe(*board);
+    Tracked obj(m_story, "new", oldObj->getKey());
+    EXPECT_THROW(board->replace(&obj), std::runtime_error);
+    EXPECT_TRUE(m_story.empty());
 }
 
 TEST_F(BulletinBoardTest, ReplaceByItselfThrowsAfterTheRemoval)

@@ -11,6 +11,7 @@
 
 #include <cstddef>
 #include <map>
+#include <memory>
 #include <random>
 #include <sstream>
 #include <string>
@@ -71,6 +72,20 @@ TEST(KeyWriter, AnonymousKeyMetAgainKeepsItsNumber)
     EXPECT_EQ(stream.write(first), "0  1 ");
     EXPECT_EQ(stream.write(second), "0  0 ");
     EXPECT_EQ(stream.write(first), "0  1 ");
+}
+
+TEST(KeyWriter, DerivedOneThatTheStreamHoldsNumbersItsKeys)
+{
+    class Derived : public KeyWriter
+    {
+    };
+    KeyStream stream;
+    const Derived& own = stream.writer.adopt(std::make_unique<Derived>());
+    const BulletinKey key;
+    EXPECT_EQ(stream.write(BulletinKey()), "0  0 ");
+    EXPECT_EQ(stream.write(key), "0  1 ");
+    EXPECT_EQ(stream.write(key), "0  1 ");
+    EXPECT_EQ(stream.writer.getPtr(KeyWriter::getStaticKey()), &own);
 }
 
 TEST(KeyWriter, NumbersManyKeys)

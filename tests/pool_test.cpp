@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <cstring>
 #include <iomanip>
+#include <iterator>
 #include <locale>
 #include <memory>
 #include <new>
@@ -172,6 +173,32 @@ TEST(Pool, GivingBackNeverAllocates)
     const allocations::Limit limit(0);
     for (char* const object : objects)
         pool.deleteObject(object);
+}
+
+TEST(Pool, WhatIsNotItsOwnIsHandedOutAsWell)
+{
+    Pool& pool = makePool("Point", 8, Pool::Chunk10);
+    double foreign[3] = {};
+    for (double& object : foreign)
+        pool.deleteObject(&object);
+    for (double* object = std::end(foreign); object != std::begin(foreign);)
+        EXPECT_EQ(pool.newObject(), --object);
+    EXPECT_EQ(getInfo(pool), "Point: sizeof = 8, chunks = 0, bytes = 0\n");
+}
+
+TEST(Pool, BlocksGivenBackTwiceAreHandedOutTwice)
+{
+    Pool& pool = makePool("Point", 8, Pool::Chunk10);
+    const std::vector<char*> objects = takeObjects(pool, 10);
+    for (int times = 0; times < 2; ++times)
+    {
+        for (char* const object : objects)
+            pool.deleteObject(object);
+    }
+    const std::vector<char*> expected(objects.rbegin(), objects.rend());
+    EXPECT_EQ(takeObjects(pool, 10), expected);
+    EXPECT_EQ(takeObjects(pool, 10), expected);
+    EXPECT_EQ(getInfo(pool), "Point: sizeof = 8, chunks = 1, bytes = 80\n");
 }
 
 TEST(Pool, ClearGivesAllChunksBack)

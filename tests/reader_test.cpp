@@ -572,6 +572,46 @@ TEST_F(ReaderTest, LoadObjKeepsWhatIsEnteredUnderAnId)
     EXPECT_EQ(dynamic_cast<Serializable*>(slot), first);
 }
 
+TEST_F(ReaderTest, PerformReturnsAndFixesARootUnderWhoseIdLoadObjHasEnteredAnother)
+{
+    std::vector<std::string> steps;
+    Scripted::onRead = readReference;
+    Scripted::onFixup = [&steps](Scripted& object, Reader& reader)
+    {
+        steps.push_back(std::to_string(object.number) + (reader.isLast() ? " last" : ""));
+        return fixReference(object, reader);
+    };
+    Reader& reader = open("0 8 Scripted 7 0 \n1 8 2 \n1 9 1 \n");
+    Reader::FixingQueue queue;
+    const auto* const first = dynamic_cast<Scripted*>(reader.loadObj(queue, 1));
+    const auto* const root = dynamic_cast<Scripted*>(reader.perform());
+    ASSERT_TRUE(first && root);
+    EXPECT_EQ(root->number, 8);
+    EXPECT_EQ(steps, (std::vector<std::string>{"9", "8 last"}));
+    const auto* const second = dynamic_cast<Scripted*>(root->reference);
+    ASSERT_TRUE(second);
+    EXPECT_EQ(second->number, 9);
+    EXPECT_EQ(second->reference, first);
+}
+
+TEST_F(ReaderTest, LoadObjLeavesNothingToWaitForOfAnObjectThatSkipsItself)
+{
+    Scripted::onRead = [](Scripted& object, Reader& reader)
+    {
+        reader.read(object.number);
+        if (object.number == 2)
+            throw Reader::Skip();
+    };
+    Reader& reader = openBare("0 8 Scripted 1 \n1 2 \n0 8 Refusing 3 \n");
+    Reader::FixingQueue queue;
+    const Serializable* const object = reader.loadObj(queue, 1);
+    EXPECT_EQ(reader.loadObj(queue, 2), nullptr);
+    EXPECT_EQ(reader.loadObj(queue, 3), nullptr);
+    ASSERT_EQ(queue.size(), 1u);
+    EXPECT_EQ(queue.back().object, object);
+    EXPECT_EQ(Persistable::getCount(), 1u);
+}
+
 // Fixing
 
 TEST_F(ReaderTest, FixesTheLastObjectReadFirst)
@@ -1089,6 +1129,45 @@ TEST_F(ReaderTest, ExceptionOfTheBufferInsideATextMakesTheStreamBad)
     open("").set(&in);
     std::string text;
     EXPECT_PROBLEM(m_reader->readString(text), "Invalid stream");
+}
+
+TEST_F(ReaderTest, StreamThatItsBufferMakesBadInsideATextIsInvalid)
+{
+    BadMakingBuffer buffer("4 ab");
+    std::istream in(&buffer);
+    buffer.stream = &in;
+    open("").set(&in);
+    std::string text;
+    EXPECT_PROBLEM(m_reader->readString(text), "Invalid stream");
+    EXPECT_TRUE(in.bad());
+}
+
+TEST_F(ReaderTest, FlushesTheStreamThatIsTiedWithEachPartOfAText)
+{
+    class FlushCounter : public std::stringbuf
+    {
+    public:
+        int flushes = 0;
+
+    protected:
+        int sync() override
+        {
+            ++flushes;
+            return 0;
+        }
+    };
+    FlushCounter buffer;
+    std::ostream tied(&buffer);
+    Reader& reader = openBare("5 a b\nc 7 ");
+    m_bare.tie(&tied);
+    std::string text;
+    reader.readString(text);
+    EXPECT_EQ(text, "a b\nc");
+    EXPECT_EQ(buffer.flushes, 3); // for the length, the separator and the characters
+    int number = 0;
+    reader.read(number);
+    EXPECT_EQ(number, 7);
+    EXPECT_EQ(buffer.flushes, 4);
 }
 
 // Collections

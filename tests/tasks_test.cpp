@@ -390,6 +390,23 @@ TEST_F(TasksTest, ListenerAttachedByAnotherHearsTheStateOnce)
     tasks.detach(&b);
 }
 
+TEST_F(TasksTest, ListenerThatComesAndGoesDuringANotificationKeepsNobodyFromHearingIt)
+{
+    Listener b(journal, "b");
+    Listener c(journal, "c");
+    tasks.attach(&listener);
+    attach(b);
+    listener.onTold = [&]
+    {
+        tasks.attach(&c);
+        tasks.detach(&c);
+    };
+    tasks.notifyChanged();
+    EXPECT_THAT(journal, ElementsAre("a idle", "c idle", "b idle"));
+    tasks.detach(&listener);
+    tasks.detach(&b);
+}
+
 TEST_F(TasksTest, ThrowingListenerPutsTheTaskBackAndTheRunGoesOn)
 {
     attach(listener);

@@ -18,6 +18,7 @@
 #include <functional>
 #include <initializer_list>
 #include <iomanip>
+#include <iterator>
 #include <limits>
 #include <map>
 #include <memory>
@@ -717,6 +718,19 @@ TEST_F(WriterTest, GetIdNumbersAddressesAsTheyAreMetWhereverTheyAre)
         check(known);
 }
 
+TEST_F(WriterTest, GetIdNumbersAddressesThatAreAsFarApartAsTheyShareATable)
+{
+    constexpr std::uint64_t address = std::uint64_t(1) << 40;
+    constexpr std::uint64_t reach = (std::uint64_t(1) << 34) - 8;
+    const std::uint64_t addresses[] = {address,         address - reach,     address - reach + 8,
+                                       address + reach, address + reach + 8, address + reach + 16};
+    for (int times = 0; times < 2; ++times)
+    {
+        for (unsigned i = 0; i < std::size(addresses); ++i)
+            EXPECT_EQ(m_writer.getId(std::bit_cast<void*>(addresses[i])), i + 1);
+    }
+}
+
 TEST_F(WriterTest, ObjectsNumberedByGetIdAreStillWritten)
 {
     Writing root([](Writer&) {});
@@ -724,6 +738,23 @@ TEST_F(WriterTest, ObjectsNumberedByGetIdAreStillWritten)
     take();
     m_writer.writeObj(&root);
     EXPECT_EQ(take(), "0 8 Scripted \n");
+}
+
+TEST_F(WriterTest, ObjectReferredToTwiceIsWrittenOnceWhateverGetIdHasNumbered)
+{
+    Node node;
+    Node numbered;
+    Writing root(
+        [&](Writer& writer)
+        {
+            EXPECT_EQ(writer.getId(static_cast<Serializable*>(&numbered)), 2u);
+            writer.writeObj(&node);
+            writer.writeObj(&node);
+            writer.writeObj(&numbered);
+        });
+    take();
+    m_writer.writeObj(&root);
+    EXPECT_EQ(take(), "0 8 Scripted 3 3 2 \n0 4 Node 0  0 0 0 0 0  0 0 \n2 0  1 0 0 0 0  0 0 \n");
 }
 
 TEST_F(WriterTest, ProcessingInsideAnObjectFails)

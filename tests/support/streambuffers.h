@@ -97,6 +97,24 @@ private:
     bool m_isThrowing;
 };
 
+/// Gives its bytes in pieces of one and makes the stream bad where they end: reports an error without an exception.
+class BadMakingBuffer : public DrippingBuffer
+{
+public:
+    explicit BadMakingBuffer(std::string bytes) : DrippingBuffer(std::move(bytes)) {}
+
+    std::ios* stream = nullptr;
+
+protected:
+    int_type underflow() override
+    {
+        const int_type next = DrippingBuffer::underflow();
+        if (traits_type::eq_int_type(next, traits_type::eof()))
+            stream->setstate(std::ios_base::badbit);
+        return next;
+    }
+};
+
 /// Gives all its bytes at once, and then throws.
 class BreakingBuffer : public std::stringbuf
 {
