@@ -49,10 +49,11 @@ public:
 
 private:
     // Through a copy, which survives an action that replaces itself.
-    static void call(std::function<void()> action)
+    static void call(const std::function<void()>& action)
     {
-        if (action)
-            action();
+        const std::function<void()> copy = action;
+        if (copy)
+            copy();
     }
 
     Journal& m_journal;
