@@ -86,6 +86,9 @@ long toDays(long year, unsigned month, unsigned day)
     return era * 146097 + yearOfEra * 365 + yearOfEra / 4 - yearOfEra / 100 + dayOfYear - 719468;
 }
 
+/// The last second of the last year that fits into an int.
+constexpr long lastSecond = 67767976233532799;
+
 void expectDate(long time)
 {
     std::string text = "at ";
@@ -95,10 +98,12 @@ void expectDate(long time)
     }
     catch (const Problem& problem)
     {
-        // A year that does not fit into an int.
-        EXPECT_PROPERTY(time > 67767976233532799 && problem.getMessage().has("valid(utcTime)"));
+        EXPECT_PROPERTY(time > lastSecond && problem.getMessage().has("valid(utcTime)"));
         return;
     }
+    // The C library counts years from 1900, so that it gets on for 1900 years more, but prints them as an int.
+    if (time > lastSecond)
+        return;
     if (time < 0)
     {
         EXPECT_PROPERTY(text == "at ");
