@@ -12,6 +12,7 @@
 #include <kel/commandcontroller.h>
 #include <kel/othertasks.h>
 #include <kel/receiver.h>
+#include <kel/status.h>
 #include <kel/task.h>
 #include <kel/tasks.h>
 #include <kel/ztring.h>
@@ -103,6 +104,10 @@ void countNotifications()
         listener.observe(sender);
     count("notify", [&] { repeat([&] { sender.notifyChanged(); }); });
 
+    Bulletin watchedOnce;
+    listeners.front().observe(watchedOnce);
+    count("notify-one", [&] { repeat([&] { watchedOnce.notifyChanged(); }); });
+
     Listener listener;
     const auto attachAndDetach = [&]
     {
@@ -143,21 +148,30 @@ void countBoard()
 {
     BulletinBoard board;
     std::vector<Bulletin> bulletins(s_count);
-    const auto addFindRemove = [&]
+    const auto addAndRemove = [&]
     {
         for (Bulletin& bulletin : bulletins)
             board.add(&bulletin);
-        for (const Bulletin& bulletin : bulletins)
-            board.hasKey(bulletin.getKey());
         for (Bulletin& bulletin : bulletins)
             board.remove(bulletin);
     };
-    count("board", addFindRemove);
+    count("board", addAndRemove);
+    for (Bulletin& bulletin : bulletins)
+        board.add(&bulletin);
+    count("find",
+          [&]
+          {
+              for (const Bulletin& bulletin : bulletins)
+                  board.hasKey(bulletin.getKey());
+          });
+    for (Bulletin& bulletin : bulletins)
+        board.remove(bulletin);
     count("bulletin", [] { repeat([] { Bulletin::destroy(new Bulletin, false); }); });
 }
 
 void countTasks()
 {
+    count("interrupt", [] { repeat([] { Status::getSingleton().checkInterrupt(-1); }); });
     const auto runAll = []
     {
         while (Tasks::getSingleton()->onIdle())

@@ -240,6 +240,7 @@ private:
     {
         readClass();
         const auto count = m_in.number<size_t>();
+        m_nodes.reserve(count);
         for (size_t number = 0; number < count; ++number)
         {
             if (m_in.number<uint32_t>(16) != number + 2)

@@ -71,6 +71,13 @@ private:
 
     static void measureAdding(State& state, const std::vector<Bulletin*>& bulletins)
     {
+        warmUp(
+            [&]
+            {
+                Board board;
+                addAll(board, bulletins);
+                board.clear();
+            });
         for (auto _ : state)
         {
             state.PauseTiming();
@@ -105,9 +112,14 @@ private:
         std::vector<BulletinKey> keys;
         for (const Bulletin* bulletin : atRandom(bulletins))
             keys.push_back(bulletin->getKey());
-        for (auto _ : state)
+        const auto findAll = [&]
+        {
             for (const BulletinKey& key : keys)
                 benchmark::DoNotOptimize(board.find(key));
+        };
+        warmUp(findAll);
+        for (auto _ : state)
+            findAll();
         state.SetItemsProcessed(state.iterations() * state.range(0));
         board.clear();
     }
@@ -116,14 +128,25 @@ private:
     {
         const Bulletins bulletins = make(state);
         const std::vector<Bulletin*> order = atRandom(bulletins);
+        const auto removeAll = [&order](Board& board)
+        {
+            for (Bulletin* bulletin : order)
+                board.remove(*bulletin);
+        };
+        warmUp(
+            [&]
+            {
+                Board board;
+                addAll(board, inOrder(bulletins));
+                removeAll(board);
+            });
         for (auto _ : state)
         {
             state.PauseTiming();
             auto board = std::make_unique<Board>();
             addAll(*board, inOrder(bulletins));
             state.ResumeTiming();
-            for (Bulletin* bulletin : order)
-                board->remove(*bulletin);
+            removeAll(*board);
             state.PauseTiming();
             board.reset();
             state.ResumeTiming();
@@ -136,9 +159,14 @@ private:
         const Bulletins bulletins = make(state);
         Board board;
         addAll(board, inOrder(bulletins));
-        for (auto _ : state)
+        const auto walk = [&board]
+        {
             board.forEach([](unsigned number, Bulletin* bulletin)
                           { benchmark::DoNotOptimize(reinterpret_cast<uintptr_t>(bulletin) + number); });
+        };
+        warmUp(walk);
+        for (auto _ : state)
+            walk();
         state.SetItemsProcessed(state.iterations() * state.range(0));
         board.clear();
     }

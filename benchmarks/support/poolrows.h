@@ -4,6 +4,8 @@
 
 #include "benchmarks.h"
 
+#include <malloc.h>
+
 #include <string>
 #include <vector>
 
@@ -46,12 +48,24 @@ private:
     {
         std::vector<void*> taken(static_cast<size_t>(state.range(0)));
         Blocks blocks;
+        const auto forget = [&]
+        {
+            giveBack(blocks, taken);
+            blocks.clear();
+            // Whether the heap keeps what it gets back depends on what was freed before.
+            malloc_trim(0);
+        };
+        warmUp(
+            [&]
+            {
+                take(blocks, taken);
+                forget();
+            });
         for (auto _ : state)
         {
             take(blocks, taken);
             state.PauseTiming();
-            giveBack(blocks, taken);
-            blocks.clear();
+            forget();
             state.ResumeTiming();
         }
         state.SetItemsProcessed(state.iterations() * state.range(0));

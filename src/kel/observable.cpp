@@ -165,14 +165,9 @@ bool Observable::has(Observer& anObserver) const
 void Observable::notify(Notifier& notifier)
 {
     if (&typeid(notifier) == &typeid(ChangedNotifier))
-        notifyChanged(static_cast<ChangedNotifier&>(notifier));
+        notifyWith<ChangedUpdate>(static_cast<ChangedNotifier&>(notifier));
     else
         notifyWith<AnyUpdate>(notifier);
-}
-
-void Observable::notifyChanged(ChangedNotifier& notifier)
-{
-    notifyWith<ChangedUpdate>(notifier);
 }
 
 template <class Update, class Message>

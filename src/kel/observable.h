@@ -5,8 +5,6 @@
 #include <kel/kelapi.h>
 #include <kel/zset.h>
 
-class Bulletin;
-class ChangedNotifier;
 class Notifier;
 class Observer;
 
@@ -44,14 +42,9 @@ public:
     void fixNotifying(Observer& anObserver);
 
 private:
-    friend class Bulletin;
-
     class NotifyObservers;
     class AnyUpdate;
     class ChangedUpdate;
-
-    /// As notify, of a message that is of exactly this class.
-    void notifyChanged(ChangedNotifier& notifier);
 
     template <class Update, class Message>
     void notifyWith(Message& message);

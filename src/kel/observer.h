@@ -48,7 +48,7 @@ private:
     zset<Observable> m_observables;
 };
 
-// Inline, since the other side of the link is a call of these.
+// Inline, since every link that an Observable makes or breaks is made or broken here, too.
 inline void Observer::attach(Observable& anObservable)
 {
     const bool isNew = m_observables.insert(&anObservable);

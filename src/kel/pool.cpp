@@ -87,20 +87,15 @@ void Pool::infoAll(std::ostream& os)
 
 void Pool::addChunk()
 {
-    struct FirstBlock
-    {
-        void push(void* block) { m_block = m_block == nullptr ? static_cast<char*>(block) : m_block; }
-        char* m_block = nullptr;
-    };
-
     // Grows at least twofold, so that many small chunks do not cost a move of the stack each.
     const std::size_t blocks = m_blockCount + m_chunkSize;
     const std::size_t room = getRoom();
     if (blocks > room)
         moveFree(std::max(blocks, 2 * room));
-    FirstBlock first;
-    m_chunks = new Chunk(m_chunks, m_chunkSize, m_objectSize, first);
-    m_fresh = first.m_block;
+    auto* const chunk = new Chunk(m_chunkSize, m_objectSize);
+    chunk->m_next = m_chunks;
+    m_chunks = chunk;
+    m_fresh = chunk->m_memory;
     m_freshCount = m_chunkSize;
     m_blockCount = blocks;
 }

@@ -50,7 +50,15 @@ public:
         std::size_t getBytes() const;
 
     private:
-        Chunk* m_next;
+        friend class Pool;
+
+        Chunk(unsigned count, unsigned objectSize)
+            : m_bytes(std::size_t{count} * objectSize),
+              m_memory(new char[m_bytes])
+        {
+        }
+
+        Chunk* m_next = nullptr;
         std::size_t m_bytes;
         char* m_memory;
     };
@@ -61,7 +69,8 @@ public:
     Pool& operator=(const Pool&) = delete;
     ~Pool();
 
-    /// The block freed last, or the highest one of a new chunk when none is free. Constant time except for the chunk.
+    /// The block freed last, otherwise the highest one of the newest chunk that was never handed out, otherwise the
+    /// highest of a new chunk. Constant time except for the chunk.
     /// When memory runs out the pool is as it was.
     void* newObject()
     {
@@ -111,20 +120,9 @@ private:
 };
 
 template <class Stack>
-Pool::Chunk::Chunk(Chunk* next, unsigned count, unsigned objectSize, Stack& freeStack)
-    : m_next(nullptr),
-      m_bytes(std::size_t{count} * objectSize),
-      m_memory(new char[m_bytes])
+Pool::Chunk::Chunk(Chunk* next, unsigned count, unsigned objectSize, Stack& freeStack) : Chunk(count, objectSize)
 {
-    try
-    {
-        for (unsigned i = 0; i < count; ++i)
-            freeStack.push(m_memory + std::size_t{i} * objectSize);
-    }
-    catch (...)
-    {
-        delete[] m_memory;
-        throw;
-    }
+    for (unsigned i = 0; i < count; ++i)
+        freeStack.push(m_memory + std::size_t{i} * objectSize);
     m_next = next;
 }

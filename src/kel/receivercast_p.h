@@ -31,7 +31,7 @@ public:
     /// Starts all caches afresh.
     static void forgetAll() noexcept { ++s_age; }
 
-    /// Valid as long as it is of an observer.
+    /// Valid until the next look-up for the same interface.
     template <class ReceiverInterface>
     static const Entry& find(Observer& observer)
     {
