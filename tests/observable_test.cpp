@@ -428,14 +428,45 @@ TEST_F(ObservableTest, NotifyingAFewAllocatesNothing)
     EXPECT_EQ(allocations::getCount(), before);
 }
 
-TEST_F(ObservableTest, RunningOutOfMemoryForAPassCallsNobody)
+TEST_F(ObservableTest, NotifyCallsAllWithoutMemory)
 {
-    attach(17);
+    for (const std::size_t count : {16u, 17u, 32u, 33u, 1000u})
+    {
+        attach(count);
+        {
+            const allocations::Limit limit(0);
+            notify();
+        }
+        EXPECT_EQ(calls(), std::vector<int>(count, 1));
+    }
+}
+
+TEST_F(ObservableTest, ObserversDetachedInAPassWithoutMemoryAreNotCalled)
+{
+    attach(40);
+    m_listeners[1].during = [this]
+    {
+        for (const std::size_t detached : {0u, 1u, 2u, 15u, 16u, 39u})
+            m_observable->detach(m_listeners[detached]);
+    };
     {
         const allocations::Limit limit(0);
-        EXPECT_THROW(notify(), std::bad_alloc);
+        notify();
     }
-    EXPECT_EQ(calls(), std::vector<int>(17, 0));
-    notify();
-    EXPECT_EQ(calls(), std::vector<int>(17, 1));
+    std::vector<int> expected(40, 1);
+    expected[2] = expected[15] = expected[16] = expected[39] = 0;
+    EXPECT_EQ(calls(), expected);
+}
+
+TEST_F(ObservableTest, DestroyedInAPassWithoutMemoryCallsNobodyElse)
+{
+    attach(40);
+    m_listeners[20].during = [this] { m_observable.reset(); };
+    {
+        const allocations::Limit limit(0);
+        notify();
+    }
+    std::vector<int> expected(40, 0);
+    std::fill_n(expected.begin(), 21, 1);
+    EXPECT_EQ(calls(), expected);
 }

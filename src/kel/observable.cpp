@@ -61,13 +61,18 @@ class Observable::NotifyObservers
 {
 public:
     NotifyObservers(const zset<Observer>& observers, NotifyObservers*& notifying)
-        : m_count(observers.size()),
-          m_many(m_count > s_few ? new Observer*[m_count] : nullptr),
+        : m_observers(observers),
+          m_count(observers.size()),
+          m_many(m_count > s_few ? new (std::nothrow) Observer*[m_count] : nullptr),
+          m_isWhole(m_many || m_count <= s_few),
           m_snapshot(m_many ? m_many.get() : m_few),
           m_notifying(&notifying),
           m_outer(notifying)
     {
-        observers.copyTo(m_snapshot);
+        if (m_isWhole)
+            observers.copyTo(m_snapshot);
+        else
+            takeFewAfter(nullptr);
         notifying = this;
     }
 
@@ -86,11 +91,17 @@ public:
     [[gnu::noinline]] void run(Message& message)
     {
         Update update(message);
-        Observer** const end = m_snapshot + m_count;
-        for (Observer** next = m_snapshot; next != end; ++next)
+        for (;;)
         {
-            if (Observer* const observer = *next)
-                update(*observer);
+            const Observer* const last = m_isWhole ? nullptr : m_snapshot[m_count - 1];
+            Observer** const end = m_snapshot + m_count;
+            for (Observer** next = m_snapshot; next != end; ++next)
+            {
+                if (Observer* const observer = *next)
+                    update(*observer);
+            }
+            if (m_isWhole || m_notifying == nullptr || !takeFewAfter(last))
+                return;
         }
     }
 
@@ -112,11 +123,21 @@ public:
     NotifyObservers* getOuter() const { return m_outer; }
 
 private:
+    // Without memory a pass goes on in portions: who changes a board has to be sure that it is told of. Other than in a
+    // whole pass, whoever is attached meanwhile may be called.
+    bool takeFewAfter(const Observer* last)
+    {
+        m_count = m_observers.copyAfter(last, m_few, s_few);
+        return m_count != 0;
+    }
+
     // Most objects have a handful of observers; their passes need no allocation.
     static constexpr unsigned s_few = 16;
 
-    const unsigned m_count;
+    const zset<Observer>& m_observers;
+    unsigned m_count;
     const std::unique_ptr<Observer*[]> m_many;
+    const bool m_isWhole;   ///< whether all observers are in the snapshot
     Observer* m_few[s_few]; ///< left uninitialised past the count: a pass is made for every single notification
     Observer** const m_snapshot;
     NotifyObservers** m_notifying;

@@ -14,7 +14,8 @@ class Observer;
 /// A pass (notify) calls the observers that were attached when it began, in the order of their addresses. One that
 /// detaches or dies meanwhile is not called any more; one attached meanwhile hears the next pass. A notification sent
 /// from inside an observer is a pass of its own. If an observer throws, the pass ends; if the observable dies, all its
-/// passes end.
+/// passes end. Memory that runs out stops no pass: then those who are attached
+/// meanwhile, or only taken out of the pass, may hear it, too.
 class KEL_API Observable
 {
 public:

@@ -130,6 +130,19 @@ public:
             out = std::copy(block.begin(), block.end(), out);
     }
 
+    /// Copies the first elements behind a given one, which need not be there, but no more than `room`.
+    /// @return how many there were
+    unsigned copyAfter(const T* element, T** out, unsigned room) const
+    {
+        unsigned count = 0;
+        for (auto next = begin(); next != end() && count < room; ++next)
+        {
+            if (std::less<const T*>()(element, *next))
+                out[count++] = *next;
+        }
+        return count;
+    }
+
     unsigned size() const { return m_size; }
     bool empty() const { return m_size == 0; }
 
