@@ -86,11 +86,14 @@ void Mementos::redo()
     }
 }
 
-// Cuts the list before it deletes anything, so that it never names what is gone, even where memory runs out.
+// Cuts the list before it deletes anything, so that it never names what is gone. Needs no memory: the steps that ran
+// could not be undone without it.
 void Mementos::truncate(unsigned int count)
 {
-    const Array<Memento*> all(m_mementos);
-    m_mementos.reserve(count);
-    for (unsigned int i = count; i < all.size(); ++i)
-        delete all[i];
+    const unsigned int all = m_mementos.size();
+    m_mementos.clear();
+    for (unsigned int i = 0; i < count; ++i)
+        m_mementos.push_back(m_mementos[i]);
+    for (unsigned int i = count; i < all; ++i)
+        delete m_mementos[i];
 }

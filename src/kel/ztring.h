@@ -140,6 +140,7 @@ void Ztring::append(const T& value, Ztring& out)
 {
     std::ostringstream stream;
     stream.imbue(std::locale::classic());
+    stream.exceptions(std::ios_base::badbit); // a stream would keep it to itself that memory has run out
     stream << value;
     out.append(Ztring(stream.str()));
 }
