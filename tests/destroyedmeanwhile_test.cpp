@@ -158,6 +158,26 @@ TEST_F(DestroyedMeanwhile, BoardInsideARemoval)
     EXPECT_TRUE(story.empty());
 }
 
+TEST_F(DestroyedMeanwhile, BoardInsideAReplacement)
+{
+    for (const bool isLater : {false, true})
+    {
+        auto* const board = new BulletinBoard;
+        auto* const a = new Tracked(story, "a");
+        board->add(a);
+        if (isLater)
+            observe(*a);
+        else
+            observe(*board);
+        isDone = false;
+        atFirst([=] { delete board; });
+        auto* const b = new Tracked(story, "b");
+        b->setKey(a->getKey());
+        board->replace(b);
+        EXPECT_THAT(std::exchange(story, {}), ElementsAre("a?", "a!", "~a", "b?", "b!", "~b"));
+    }
+}
+
 TEST_F(DestroyedMeanwhile, BoardInsideTheDeletionOfAll)
 {
     for (const bool isFailing : {false, true})

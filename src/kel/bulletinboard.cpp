@@ -215,7 +215,14 @@ void BulletinBoard::replaceEntry(Bulletin* obj)
             destroyQuietly(*oldObj);
         throw;
     }
-    add(obj);
+    if (board.isAlive())
+    {
+        add(obj);
+        return;
+    }
+    // As if it had still been added: it goes with the board.
+    releaseAdopted(obj);
+    destroyQuietly(*obj);
 }
 
 bool BulletinBoard::destroyEach(void (*destroyEntry)(Bulletin& obj))
