@@ -1308,6 +1308,16 @@ TEST_F(ReaderTest, SaveLineKeepsNothingOfAnEmptyRest)
     EXPECT_FALSE(reader.hasKey("Saved"));
 }
 
+TEST_F(ReaderTest, SaveLineFailsWhereTheStreamBreaks)
+{
+    BreakingBuffer buffer(" 2 3");
+    std::istream in(&buffer);
+    Reader& reader = openBare("");
+    reader.set(&in);
+    EXPECT_PROBLEM(reader.saveLine("Saved"), "Invalid stream");
+    EXPECT_FALSE(reader.hasKey("Saved"));
+}
+
 TEST_F(ReaderTest, SaveLineUnderATakenKeyFailsAndKeepsTheFirst)
 {
     Reader& reader = openBare("first\nsecond\n");

@@ -126,6 +126,20 @@ TEST_F(StdOutErrTest, BothFilesAreDeletedAfterAnError)
     EXPECT_FALSE(directory.has("err.txt"));
 }
 
+TEST_F(StdOutErrTest, FilesThatCannotBeReadFail)
+{
+    const std::string folder = directory / "folder";
+    std::filesystem::create_directory(folder);
+    std::string line;
+    {
+        StdOutErr output(folder, errFile);
+        EXPECT_PROBLEM(output.getMore(line), "Failed to read file: '" + folder + "'");
+    }
+    std::filesystem::create_directory(folder);
+    StdOutErr errors(outFile, folder);
+    EXPECT_PROBLEM(errors.checkError(), "Failed to read file: '" + folder + "'");
+}
+
 TEST_F(StdOutErrTest, EmptyPathsArePassedOver)
 {
     {

@@ -320,6 +320,9 @@ void Reader::saveLine(const BulletinKey& key)
 {
     std::string line;
     std::getline(*m_in, line);
+    // A line that was read only in part, be it for want of memory, must not be taken for the whole.
+    if (m_in->bad())
+        checkValid();
     if (!line.empty())
         adopt(std::make_unique<SavedLine>(line, key));
 }

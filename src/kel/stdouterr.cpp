@@ -2,20 +2,19 @@
 // libkel: Application services
 #include <kel/stdouterr.h>
 
-#include <kel/file_kel.h>
 #include <kel/platform.h>
 #include <kel/problem.h>
 
 namespace
 {
-void closeAndDelete(std::ifstream& stream, const Ztring& path) noexcept
+void closeAndDelete(std::ifstream& stream, const Kel::File& file) noexcept
 {
     try
     {
-        if (path.empty())
+        if (file.empty())
             return;
         stream.close();
-        Platform::getSingleton()->deleteFile(Kel::File(path), true);
+        Platform::getSingleton()->deleteFile(file, true);
     }
     catch (...)
     {
@@ -42,16 +41,20 @@ bool StdOutErr::getMore(std::string& line)
     line.clear();
     if (std::getline(m_out, line))
         return true;
+    if (m_out.bad())
+        m_outFile.throwReadingCorrupt();
     checkError();
     return false;
 }
 
 void StdOutErr::checkError()
 {
-    m_err.open(m_errFile.toUtf8());
+    m_err.open(m_errFile.getPath().toUtf8());
     std::string text;
     for (std::string line; std::getline(m_err, line);)
         text.append(line).append("\n");
+    if (m_err.bad())
+        m_errFile.throwReadingCorrupt();
     if (!text.empty())
         Problem::throwProblem(Ztring(text));
 }

@@ -2,7 +2,7 @@
 // libkel: Application services
 #pragma once
 
-#include <kel/ztring.h>
+#include <kel/file_kel.h>
 
 #include <fstream>
 #include <string>
@@ -30,17 +30,18 @@ public:
     StdOutErr& operator=(const StdOutErr&) = delete;
 
     /// Reads the next line of output, without its line end, and returns true. When there is none, or no output file,
-    /// calls checkError and returns false.
+    /// calls checkError and returns false. An output that cannot be read on fails as Kel::File::throwReadingCorrupt
+    /// does.
     bool getMore(std::string& line);
 
     /// Throws a Problem with the whole text of the error file as its message, each line followed by "\n" (empty where
     /// the locale cannot decode it); returns when the file is empty or missing. The file is read once: a second call
-    /// finds nothing.
+    /// finds nothing. One that cannot be read to its end fails as Kel::File::throwReadingCorrupt does.
     void checkError();
 
 private:
-    Ztring m_outFile;
-    Ztring m_errFile;
+    const Kel::File m_outFile;
+    const Kel::File m_errFile;
     std::ifstream m_out;
     std::ifstream m_err;
 };
