@@ -133,7 +133,8 @@ TEST_F(DocumentFile, AFileWithAnyByteChangedIsRefusedOrHoldsAnotherSoundModel)
 TEST_F(DocumentFile, AFileThatGoesOnBehindItsLastObjectIsRefused)
 {
     const std::string whole = save("a.truss");
-    EXPECT_EQ(refuse(whole + "x").toUtf8(), refusal("The file cannot be read to its end"));
+    for (const char* const more : {"x", "7", "99999999999", "-", "+"})
+        EXPECT_EQ(refuse(whole + more).toUtf8(), refusal("The file cannot be read to its end")) << more;
 }
 
 TEST_F(DocumentFile, AbsurdCountsAreRefused)

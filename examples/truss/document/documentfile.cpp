@@ -23,6 +23,16 @@
 
 namespace truss
 {
+namespace
+{
+/// Whether a file ends as a save leaves it: what follows the last record may look to the reader like an end, too.
+bool endsWithLine(std::istream& in)
+{
+    in.clear();
+    return in.seekg(-1, std::ios_base::end).get() == '\n';
+}
+} // namespace
+
 BulletinPtr<Model> DocumentFile::open(const Kel::File& file)
 try
 {
@@ -31,7 +41,8 @@ try
     Reader* const reader = fileReader.open(file, true);
     Serializable* const root = reader->perform();
     // The reader takes for the end whatever it cannot read on from, be it a failing disk.
-    if (!reader->getIn().eof() || reader->getIn().bad())
+    std::istream& in = reader->getIn();
+    if (!in.eof() || in.bad() || !endsWithLine(in))
         Problem::throwProblem(Translator::tr("The file cannot be read to its end"));
     return guard.release(root); // refuses a file that holds another number of objects than the model counted
 }
