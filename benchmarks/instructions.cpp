@@ -106,7 +106,7 @@ void countNotifications()
 
     Bulletin watchedOnce;
     listeners.front().observe(watchedOnce);
-    count("notify-one", [&] { repeat([&] { watchedOnce.notifyChanged(); }); });
+    count("notify_one", [&] { repeat([&] { watchedOnce.notifyChanged(); }); });
 
     Listener listener;
     const auto attachAndDetach = [&]
