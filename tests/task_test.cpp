@@ -297,6 +297,19 @@ TEST_F(TaskTest, ListenerDestroyedBeforeItsTurnIsNotTold)
     EXPECT_THAT(journal, ElementsAre("a error: no mesh", "c error: no mesh"));
 }
 
+TEST_F(TaskTest, RemovingAnAbsentListenerDuringAReportTellsNobodyTwice)
+{
+    Listener a(journal, "a");
+    Listener b(journal, "b");
+    Listener absent(journal, "absent");
+    Task::remove(absent);
+    a.onReport = [&](Problem&) { Task::remove(absent); };
+    runFailing();
+    EXPECT_THAT(journal, ElementsAre("a error: no mesh"));
+    Task::add(b);
+    Task::add(absent);
+}
+
 TEST_F(TaskTest, ListenerMayDestroyItself)
 {
     auto* const a = new Listener(journal, "a");
