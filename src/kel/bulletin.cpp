@@ -106,7 +106,7 @@ void Bulletin::notifyChanged()
     if (!m_observable)
         return;
     ChangedNotifier notifier(*this);
-    m_observable->notify(notifier);
+    m_observable->notifyChanged(notifier);
 }
 
 Bulletin* Bulletin::clone() const

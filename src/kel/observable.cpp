@@ -61,18 +61,16 @@ class Observable::NotifyObservers
 {
 public:
     NotifyObservers(const zset<Observer>& observers, NotifyObservers*& notifying)
-        : m_observers(observers),
-          m_count(observers.size()),
+        : m_count(observers.size()),
           m_many(m_count > s_few ? new (std::nothrow) Observer*[m_count] : nullptr),
-          m_isWhole(m_many || m_count <= s_few),
           m_snapshot(m_many ? m_many.get() : m_few),
           m_notifying(&notifying),
           m_outer(notifying)
     {
-        if (m_isWhole)
+        if (m_count <= s_few || m_many) [[likely]]
             observers.copyTo(m_snapshot);
         else
-            takeFewAfter(nullptr);
+            takeFew(observers);
         notifying = this;
     }
 
@@ -91,19 +89,16 @@ public:
     [[gnu::noinline]] void run(Message& message)
     {
         Update update(message);
-        for (;;)
+        Observer** const end = m_snapshot + m_count;
+        for (Observer** next = m_snapshot; next != end; ++next)
         {
-            const Observer* const last = m_isWhole ? nullptr : m_snapshot[m_count - 1];
-            Observer** const end = m_snapshot + m_count;
-            for (Observer** next = m_snapshot; next != end; ++next)
-            {
-                if (Observer* const observer = *next)
-                    update(*observer);
-            }
-            if (m_isWhole || m_notifying == nullptr || !takeFewAfter(last))
-                return;
+            if (Observer* const observer = *next)
+                update(*observer);
         }
     }
+
+    /// Whether there is more to run.
+    bool goOn() { return m_last != nullptr && m_notifying != nullptr && takeFew(*m_observers); }
 
     void skip(const Observer& anObserver)
     {
@@ -123,23 +118,26 @@ public:
     NotifyObservers* getOuter() const { return m_outer; }
 
 private:
-    // Without memory a pass goes on in portions: who changes a board has to be sure that it is told of. Other than in a
+    // Without memory a pass is run in portions: who changes a board has to be sure that it is told of. Other than in a
     // whole pass, whoever is attached meanwhile may be called.
-    bool takeFewAfter(const Observer* last)
+    [[gnu::noinline]] bool takeFew(const zset<Observer>& observers)
     {
-        m_count = m_observers.copyAfter(last, m_few, s_few);
+        m_observers = &observers;
+        m_count = observers.copyAfter(m_last, m_few, s_few);
+        if (m_count != 0)
+            m_last = m_few[m_count - 1];
         return m_count != 0;
     }
 
     // Most objects have a handful of observers; their passes need no allocation.
     static constexpr unsigned s_few = 16;
 
-    const zset<Observer>& m_observers;
     unsigned m_count;
     const std::unique_ptr<Observer*[]> m_many;
-    const bool m_isWhole;   ///< whether all observers are in the snapshot
     Observer* m_few[s_few]; ///< left uninitialised past the count: a pass is made for every single notification
     Observer** const m_snapshot;
+    const zset<Observer>* m_observers = nullptr; ///< of a pass in portions
+    const Observer* m_last = nullptr;            ///< of the portion; null in a whole pass
     NotifyObservers** m_notifying;
     NotifyObservers* const m_outer;
 };
@@ -186,9 +184,14 @@ bool Observable::has(Observer& anObserver) const
 void Observable::notify(Notifier& notifier)
 {
     if (&typeid(notifier) == &typeid(ChangedNotifier))
-        notifyWith<ChangedUpdate>(static_cast<ChangedNotifier&>(notifier));
+        notifyChanged(static_cast<ChangedNotifier&>(notifier));
     else
         notifyWith<AnyUpdate>(notifier);
+}
+
+void Observable::notifyChanged(ChangedNotifier& notifier)
+{
+    notifyWith<ChangedUpdate>(notifier);
 }
 
 template <class Update, class Message>
@@ -206,7 +209,9 @@ template <class Update, class Message>
 [[gnu::noinline]] void Observable::notifyMany(Message& message)
 {
     NotifyObservers pass(m_observers, m_notifying);
-    pass.run<Update>(message);
+    do
+        pass.run<Update>(message);
+    while (pass.goOn());
 }
 
 void Observable::fixNotifying(Observer& anObserver)

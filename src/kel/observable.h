@@ -5,6 +5,8 @@
 #include <kel/kelapi.h>
 #include <kel/zset.h>
 
+class Bulletin;
+class ChangedNotifier;
 class Notifier;
 class Observer;
 
@@ -43,9 +45,14 @@ public:
     void fixNotifying(Observer& anObserver);
 
 private:
+    friend class Bulletin;
+
     class NotifyObservers;
     class AnyUpdate;
     class ChangedUpdate;
+
+    /// As notify, of a message that is of exactly this class.
+    void notifyChanged(ChangedNotifier& notifier);
 
     template <class Update, class Message>
     void notifyWith(Message& message);
