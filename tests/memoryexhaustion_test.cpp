@@ -234,19 +234,27 @@ TEST_F(MemoryExhaustionSaving, OpeningFailsOrGivesTheWholeGraph)
         records = getRecords(*document);
         Persistable::deleteAll();
     }
+    struct Opening
+    {
+        explicit Opening(const std::string& bytes) : in(bytes) {}
+
+        std::istringstream in;
+        Serializable* root = nullptr;
+    };
     const auto failures =
-        failEachAllocation([&] { return std::make_unique<std::istringstream>(getPreamble() + records); },
-                           [](auto& in)
+        failEachAllocation([&] { return std::make_unique<Opening>(getPreamble() + records); },
+                           [](auto& opening)
                            {
-                               Reader reader(*in, "Test", true);
-                               EXPECT_NE(reader.perform(), nullptr);
+                               Reader reader(opening->in, "Test", true);
+                               opening->root = reader.perform();
                            },
-                           [&](auto& in, bool threw)
+                           [&](auto& opening, bool threw)
                            {
-                               const bool complete = !threw && in->eof();
-                               if (!threw)
+                               EXPECT_EQ(opening->root == nullptr, threw);
+                               if (opening->root != nullptr)
                                {
-                                   EXPECT_TRUE(complete);
+                                   EXPECT_TRUE(opening->in.eof());
+                                   EXPECT_EQ(getRecords(dynamic_cast<Document&>(*opening->root)), records);
                                }
                                Persistable::deleteAll();
                                Document* const again = read<Document>(records);
@@ -262,10 +270,20 @@ TEST_F(MemoryExhaustionSaving, OpeningAFileLeavesTheFileAndTheNextOpeningGivesTh
     const std::string records = getRecords(*document);
     save(*document);
     Persistable::deleteAll();
+    Serializable* root = nullptr;
     const auto failures = failEachAllocation([] { return std::make_unique<FileReader>(); },
-                                             [this](auto& reader) { reader->open(getFile("model"), true)->perform(); },
-                                             [&](auto& reader, bool)
+                                             [&](auto& reader)
                                              {
+                                                 root = nullptr;
+                                                 root = reader->open(getFile("model"), true)->perform();
+                                             },
+                                             [&](auto& reader, bool threw)
+                                             {
+                                                 EXPECT_EQ(root == nullptr, threw);
+                                                 if (root != nullptr)
+                                                 {
+                                                     EXPECT_EQ(getRecords(dynamic_cast<Document&>(*root)), records);
+                                                 }
                                                  reader.reset();
                                                  Persistable::deleteAll();
                                                  EXPECT_EQ(openRecords("model"), records);

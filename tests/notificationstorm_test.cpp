@@ -2,9 +2,12 @@
 // Observers that attach, detach, destroy, notify and throw at random while they are told, beside a simple model of who
 // must hear what. KEL_STORM_ROUNDS sets the number of rounds.
 #include <kel/bulletin.h>
+#include <kel/changedreceiver.h>
+#include <kel/deletedreceiver.h>
 #include <kel/observable.h>
 #include <kel/observer.h>
 #include <kel/problem.h>
+#include <kel/receiver.h>
 
 #include "support/tally.h"
 
@@ -139,6 +142,26 @@ private:
         Storm& m_storm;
     };
 
+    /// Hears what comes of a message instead of the message.
+    class ListeningReceiver : public Receiver, public ChangedReceiver, public DeletedReceiver
+    {
+    public:
+        explicit ListeningReceiver(Storm& storm) : m_storm(storm) {}
+        void changed(Bulletin&, const Bulletin&) override { m_storm.hear(this); }
+        void deleted(Bulletin&) override { m_storm.hear(this); }
+
+    private:
+        Storm& m_storm;
+    };
+
+    /// One that overrides update, and has to be asked there.
+    class UpdatingReceiver : public ListeningReceiver
+    {
+    public:
+        using ListeningReceiver::ListeningReceiver;
+        void update(Notifier& notifier) override { ListeningReceiver::update(notifier); }
+    };
+
     struct Sender
     {
         Bulletin* bulletin = nullptr;
@@ -150,6 +173,19 @@ private:
     std::size_t pick(std::size_t count) { return m_random() % count; }
 
     void expect(bool condition) { m_differences += !condition; }
+
+    std::unique_ptr<Observer> makeListener()
+    {
+        switch (pick(3))
+        {
+        case 0:
+            return std::make_unique<Listener>(*this);
+        case 1:
+            return std::make_unique<UpdatingReceiver>(*this);
+        default:
+            return std::make_unique<ListeningReceiver>(*this);
+        }
+    }
 
     void hear(Observer* observer)
     {
@@ -169,11 +205,11 @@ private:
             return;
         --m_actions;
         Sender& sender = m_senders[pick(s_senders)];
-        std::unique_ptr<Listener>& listener = m_listeners[pick(s_listeners)];
+        std::unique_ptr<Observer>& listener = m_listeners[pick(s_listeners)];
         if (!sender.bulletin)
             sender.bulletin = new Bulletin;
         if (!listener)
-            listener = std::make_unique<Listener>(*this);
+            listener = makeListener();
         switch (pick(16))
         {
         case 0:
@@ -207,7 +243,7 @@ private:
         }
     }
 
-    void attach(Sender& sender, Listener& listener)
+    void attach(Sender& sender, Observer& listener)
     {
         const bool isNew = !m_model.isAttached(sender.bulletin, &listener);
         try
@@ -222,7 +258,7 @@ private:
         }
     }
 
-    void detach(Sender& sender, Listener& listener)
+    void detach(Sender& sender, Observer& listener)
     {
         const bool isAttached = m_model.isAttached(sender.bulletin, &listener);
         try
@@ -303,7 +339,7 @@ private:
     std::mt19937 m_random;
     Model m_model;
     std::array<Sender, s_senders> m_senders;
-    std::array<std::unique_ptr<Listener>, s_listeners> m_listeners;
+    std::array<std::unique_ptr<Observer>, s_listeners> m_listeners;
     std::vector<Sender*> m_told; ///< the senders of the running passes; null: destroyed meanwhile
     unsigned m_actions = 0;
     unsigned m_differences = 0;
