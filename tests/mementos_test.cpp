@@ -11,7 +11,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <exception>
 #include <functional>
 #include <memory>
 #include <new>
@@ -53,20 +52,6 @@ private:
     Journal& m_journal;
     std::string m_name;
 };
-
-bool failsForMemory(Mementos& mementos)
-{
-    try
-    {
-        mementos.execute();
-    }
-    catch (const std::bad_alloc&)
-    {
-        allocations::s_left = allocations::s_unlimited;
-        return true;
-    }
-    return false;
-}
 
 struct MementosTest : testing::Test
 {
@@ -346,21 +331,4 @@ TEST(Mementos, OwnsAMementoThatItHasNoRoomFor)
     }
     EXPECT_THAT(journal, ElementsAre("delete a"));
     EXPECT_TRUE(mementos.empty());
-}
-
-TEST_F(MementosTest, LackOfMemoryWhileTheListIsCutLeavesItWhole)
-{
-    addSteps({"a", "b", "c"});
-    const std::exception_ptr interruption = std::make_exception_ptr(Interrupted());
-    for (const std::size_t allowed : {0u, 1u})
-    {
-        std::unique_ptr<allocations::Limit> limit;
-        status->onUpdate = [&](int)
-        {
-            limit = std::make_unique<allocations::Limit>(allowed);
-            std::rethrow_exception(interruption);
-        };
-        EXPECT_TRUE(failsForMemory(mementos));
-        EXPECT_EQ(mementos.size(), 3u);
-    }
 }

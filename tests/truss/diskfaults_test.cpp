@@ -183,6 +183,7 @@ TEST_F(DiskFaults, TooFewDescriptorsLeaveTheOldFile)
     std::filesystem::create_directory(directory / "a.truss.tmp");
     ASSERT_EQ(trySave(), failedToOpen());
     std::filesystem::remove(directory / "a.truss.tmp");
+    ASSERT_FALSE(std::generic_category().message(EMFILE).empty());
 
     const auto next = static_cast<rlim_t>(truss::FileDescriptor(dup(0)).get());
     const std::string messages[] = {failedToOpen(), failedToMove("Too many open files"), ""};
