@@ -89,6 +89,19 @@ TEST_F(ZSet, CopiesItsElementsInTheOrderOfAddressesHoweverManyThereAre)
     }
 }
 
+TEST_F(ZSet, CopiesTheElementsBehindOneInPortions)
+{
+    for (const std::size_t index : {1u, 3u, 5u, 7u})
+        m_set.insert(at(index));
+    int* portion[2] = {};
+    EXPECT_EQ(m_set.copyAfter(nullptr, portion, 2), 2u);
+    EXPECT_THAT(portion, ElementsAre(at(1), at(3)));
+    EXPECT_EQ(m_set.copyAfter(at(4), portion, 2), 2u);
+    EXPECT_THAT(portion, ElementsAre(at(5), at(7)));
+    EXPECT_EQ(m_set.copyAfter(at(5), portion, 2), 1u);
+    EXPECT_EQ(m_set.copyAfter(at(7), portion, 2), 0u);
+}
+
 TEST_F(ZSet, IteratesInTheOrderOfAddresses)
 {
     for (const std::size_t index : {3u, 1u, 4u, 0u, 2u})

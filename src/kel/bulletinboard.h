@@ -61,7 +61,8 @@ public:
     /// same) and adds obj. That the key is on the board is not checked.
     ///
     /// Replacing a bulletin by itself fails with the assertion "oldObj != *obj" after it was removed. When anything
-    /// fails, the caller keeps obj unless it is on the board; another one that was removed is destroyed.
+    /// fails, the caller keeps obj unless it is on the board; another one that was removed is destroyed. When an
+    /// observer destroys the board, obj is destroyed, too.
     virtual void replace(Bulletin* obj);
     /// Destroys every bulletin in key order, not forced, and ends with clear(). Each bulletin's own observers hear
     /// `deleted`, the board's hear nothing. A bulletin that refuses lives on but is off the board.

@@ -116,6 +116,7 @@ public:
     void readBulletinsFor(Bulletin& owner);
 
     /// Keeps the rest of the line, unless it is empty, as a SavedLine under the key.
+    /// @throws Problem "Invalid stream" when the line cannot be read to its end; nothing is kept then
     void saveLine(const BulletinKey& key);
 
     /// Discards the input up to and including the next line feed, at most 2147483647 bytes.

@@ -94,7 +94,9 @@ public:
     const Ztring& replaceAllIn(const Replacements& pairs) const;
 
     /// Appends the value to `out` as a std::ostringstream of the classic locale prints it by default: plain decimal
-    /// integers, six significant digits, pointers in hexadecimal. Texts are bytes in the locale's encoding.
+    /// integers, six significant digits, pointers in hexadecimal. Texts are bytes in the locale's encoding. What the
+    /// output of the value throws passes, and a value that makes the stream bad fails with std::ios_base::failure;
+    /// `out` is as it was then.
     template <typename T>
     static void append(const T& value, Ztring& out);
 
