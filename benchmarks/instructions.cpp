@@ -11,6 +11,8 @@
 #include <kel/command.h>
 #include <kel/commandcontroller.h>
 #include <kel/othertasks.h>
+#include <kel/problem.h>
+#include <kel/reader.h>
 #include <kel/receiver.h>
 #include <kel/status.h>
 #include <kel/task.h>
@@ -20,6 +22,10 @@
 #include <valgrind/callgrind.h>
 
 #include <clocale>
+#include <cstdlib>
+#include <iterator>
+#include <memory>
+#include <string>
 #include <vector>
 
 namespace
@@ -94,6 +100,32 @@ void countGraph()
     std::unique_ptr<Model> opened;
     count(
         "open", [&] { opened.reset(); }, [&] { opened = Model::open(source); });
+}
+
+/// Streams that claim 4294967295 bytes or entries where there are a few: of a text, versions, a name, a collection.
+void countRefusals()
+{
+    const std::string head = "4 Test \n0 \n";
+    bench::StreamSource claims[] = {
+        bench::StreamSource("4294967295 Test \n"),
+        bench::StreamSource("4 Test \n4294967295 6 Solver 1 2 3 \n"),
+        bench::StreamSource(head + "0 4294967295 Document \n"),
+        bench::StreamSource(head + "0 8 Document 4294967295 1 1 1 \n"),
+    };
+    unsigned next = 0;
+    const auto refuse = [&]
+    {
+        try
+        {
+            Reader(claims[next++ % std::size(claims)].rewind(), "Test", false).perform();
+        }
+        catch (const Problem&)
+        {
+            return;
+        }
+        std::abort();
+    };
+    count("refuse", [&] { repeat(refuse); });
 }
 
 void countNotifications()
@@ -189,6 +221,7 @@ int main()
     std::setlocale(LC_ALL, "C.UTF-8");
     const BenchmarkStatus status;
     countGraph();
+    countRefusals();
     countNotifications();
     countCommands();
     countBoard();
