@@ -103,6 +103,7 @@ void countGraph()
 }
 
 /// Streams that claim 4294967295 bytes or entries where there are a few: of a text, versions, a name, a collection.
+/// A reader that fails leaves the objects made so far to the process.
 void countRefusals()
 {
     const std::string head = "4 Test \n0 \n";
