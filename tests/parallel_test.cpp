@@ -53,11 +53,11 @@ struct ParallelInfoTest : ParallelTest
         return lines;
     }
 
-    static std::string makeLine(const Parallel::Info& info, const std::string& rest)
+    static std::string getAddress(const Parallel::Info& info)
     {
-        std::ostringstream line;
-        line << "Thread::Info " << &info << ", " << rest;
-        return line.str();
+        std::ostringstream address;
+        address << &info;
+        return address.str();
     }
 
     static double getDuration(const std::string& endLine)
@@ -160,11 +160,11 @@ TEST_F(ParallelInfoTest, LogsNothingUnlessDiagnosticsAreShown)
 TEST_F(ParallelInfoTest, LogsBeginAndEndUnderItsAddress)
 {
     std::optional<Parallel::Info> info(std::in_place, "Assemble");
-    const std::string begin = makeLine(*info, "Task Begin: Assemble");
-    const std::string end = makeLine(*info, "Task End, Duration: ");
-    EXPECT_THAT(takeLines(), ElementsAre(begin));
+    const std::string address = getAddress(*info);
+    EXPECT_THAT(takeLines(), ElementsAre("Thread::Info " + address + ", Task Begin: Assemble"));
     info.reset();
-    EXPECT_THAT(takeLines(), ElementsAre(MatchesRegex(end + "[-+.e0-9]+s")));
+    EXPECT_THAT(takeLines(),
+                ElementsAre(MatchesRegex("Thread::Info " + address + ", Task End, Duration: [-+.e0-9]+s")));
 }
 
 TEST_F(ParallelInfoTest, LogsThreadsAndTaskSizeOnRequest)
@@ -172,15 +172,15 @@ TEST_F(ParallelInfoTest, LogsThreadsAndTaskSizeOnRequest)
     Parallel::Info info("Assemble");
     takeLines();
     EXPECT_TRUE(info.report(4, 4321));
-    EXPECT_THAT(takeLines(), ElementsAre(makeLine(info, "Threads: 4, Task Size: 4321")));
+    EXPECT_THAT(takeLines(), ElementsAre("Thread::Info " + getAddress(info) + ", Threads: 4, Task Size: 4321"));
 }
 
 TEST_F(ParallelInfoTest, ReportsTheThreadsOfATaskWhenItIsMade)
 {
     parallel.setThreadCount(8);
     const Parallel::Info info("Assemble", 2500, 8);
-    EXPECT_THAT(takeLines(),
-                ElementsAre(makeLine(info, "Task Begin: Assemble"), makeLine(info, "Threads: 3, Task Size: 2500")));
+    EXPECT_THAT(takeLines(), ElementsAre("Thread::Info " + getAddress(info) + ", Task Begin: Assemble",
+                                         "Thread::Info " + getAddress(info) + ", Threads: 3, Task Size: 2500"));
     EXPECT_EQ(info.getThreadCount(), 8u);
 }
 
@@ -215,7 +215,7 @@ TEST_F(ParallelInfoTest, NextOneIsActiveAgain)
     {
         takeLines();
         const Parallel::Info info(name);
-        EXPECT_THAT(takeLines(), ElementsAre(makeLine(info, std::string("Task Begin: ") + name)));
+        EXPECT_THAT(takeLines(), ElementsAre("Thread::Info " + getAddress(info) + ", Task Begin: " + name));
     }
 }
 
