@@ -70,6 +70,17 @@ protected:
         return bytes;
     }
 
+    bool hasTemporary() const
+    {
+        return std::filesystem::is_symlink(directory / "a.truss.tmp") || directory.has("a.truss.tmp");
+    }
+
+    void expectOldFileAlone()
+    {
+        EXPECT_TRUE(isOld());
+        EXPECT_FALSE(hasTemporary());
+    }
+
     std::string failedToSave() const { return "Failed to save file: '" + directory / "a.truss" + "'"; }
     std::string failedToOpen() const { return "Failed to open file: '" + directory / "a.truss.tmp" + "'"; }
     std::string failedToMove(const std::string& why) const
