@@ -189,7 +189,7 @@ TEST_F(InterruptSweep, InterruptedSaveLeavesTheOldFile)
                                                      EXPECT_FALSE(directory.has("model.tmp"));
                                                      EXPECT_EQ(Persistable::getCount(), s_objects);
                                                  });
-    EXPECT_EQ(interrupts, s_objects);
+    ASSERT_EQ(interrupts, s_objects);
     Persistable::deleteAll();
     EXPECT_EQ(open(), 200 + static_cast<int>(s_objects));
 }
@@ -211,7 +211,7 @@ TEST_F(InterruptSweep, InterruptedOpeningLeavesTheFileToBeOpenedAgain)
                                                      EXPECT_EQ(open(), 100 + static_cast<int>(s_objects));
                                                      Persistable::deleteAll();
                                                  });
-    EXPECT_EQ(interrupts, s_objects);
+    ASSERT_EQ(interrupts, s_objects);
 }
 
 TEST_F(InterruptSweep, InterruptedCommandIsUndoneAndRedoneAsFarAsItRan)
@@ -276,6 +276,6 @@ TEST_F(InterruptSweep, InterruptedFormHoldsABeginningOfItsFile)
             EXPECT_EQ(form->getBody().toUtf8(), head.getBody().toUtf8() + content + "\r\n");
             form.reset();
         });
-    EXPECT_EQ(interrupts, s_objects);
+    ASSERT_EQ(interrupts, s_objects);
     EXPECT_EQ(form->getBody().size(), headSize + content.size() + 2);
 }
