@@ -1,26 +1,21 @@
 // SPDX-License-Identifier: MIT
-// Depth and size: long chains and large composites on a small stack, ten times as many objects in about ten times the
-// time, and steady memory. KEL_SCALE divides the counts (1: the full ones). Times are reported and fail nothing.
+// Depth and size: long chains and large composites on a small stack, and ten times as many objects in about ten times
+// the time. Times are reported and fail nothing.
 #include <kel/bulletinboard.h>
-#include <kel/command.h>
 #include <kel/commandcontroller.h>
 #include <kel/mementos.h>
-#include <kel/observable.h>
-#include <kel/undoredostate.h>
 
+#include "slow/count.h"
+#include "slow/scaled.h"
 #include "support/persistable.h"
-#include "support/recorder.h"
 #include "support/streams.h"
 #include "support/teststatus.h"
 
 #include <gtest/gtest.h>
 
 #include <pthread.h>
-#include <unistd.h>
 
 #include <chrono>
-#include <cstdlib>
-#include <fstream>
 #include <functional>
 #include <iostream>
 #include <memory>
@@ -30,12 +25,6 @@
 
 namespace
 {
-std::size_t scaled(std::size_t count)
-{
-    const char* const divisor = std::getenv("KEL_SCALE");
-    return divisor ? count / std::strtoul(divisor, nullptr, 10) : count;
-}
-
 /// Runs the action on a thread with a stack of 256 KiB.
 void runOnSmallStack(std::function<void()> action)
 {
@@ -112,28 +101,6 @@ std::size_t saveAndOpen(std::size_t count)
     deleteChain(saved);
     return deleteChain(dynamic_cast<Link*>(Reader(stream, "Scale", false).perform()));
 }
-
-std::size_t getResidentKiB()
-{
-    std::ifstream statm("/proc/self/statm");
-    std::size_t size = 0;
-    std::size_t resident = 0;
-    statm >> size >> resident;
-    return resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE)) / 1024;
-}
-
-class Count : public Command
-{
-public:
-    explicit Count(std::size_t& document) : m_document(document) {}
-
-    void execute() override { ++m_document; }
-    void undo() override { --m_document; }
-    Ztring getLabel() const override { return "count"; }
-
-private:
-    std::size_t& m_document;
-};
 } // namespace
 
 TEST(Scale, ChainOfReferencesNeedsNoStack)
@@ -194,41 +161,4 @@ TEST(Scale, TenTimesTheObjectsTakeAboutTenTimesAsLong)
         measure("saved and opened", 10 * count, [=] { EXPECT_EQ(saveAndOpen(10 * count), 10 * count); });
     std::cout << "ratio " << tenfold / once << (tenfold <= 15 * once ? " (at most 15)" : " (MORE THAN 15)")
               << std::endl;
-}
-
-TEST(Scale, MixedOperationsKeepTheMemorySteady)
-{
-    TestStatus status;
-    CommandController controller;
-    controller.setMaximumUndo(100);
-    BulletinBoard board;
-    Recorder recorder;
-    std::size_t document = 0;
-    std::size_t after = 0;
-    const std::size_t rounds = scaled(10000000) / 10;
-    for (std::size_t round = 0; round < rounds; ++round)
-    {
-        auto* const bulletin = new Bulletin;
-        board.add(bulletin);
-        recorder.observe(*bulletin);
-        bulletin->notifyChanged();
-        recorder.unobserve(*bulletin);
-        recorder.heard.clear();
-        if (board.size() > 1000)
-            Bulletin::destroy(board.removeByKey((*board.begin()).second->getKey()), false);
-        controller.execute(new Count(document));
-        controller.undo();
-        controller.redo();
-        while (controller.pruneUndo())
-            ;
-        Ztring text("of %1");
-        text.argReplace("operations");
-        EXPECT_EQ(text.length(), 13u);
-        // What is taken at first is kept.
-        if (round == rounds / 10)
-            after = getResidentKiB();
-    }
-    const std::size_t end = getResidentKiB();
-    std::cout << "resident after a tenth " << after << " KiB, at the end " << end << " KiB" << std::endl;
-    EXPECT_LT(end, after + after / 10 + 1024);
 }
