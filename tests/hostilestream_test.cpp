@@ -160,7 +160,7 @@ TEST_F(HostileStreamTest, EveryNumberMayBecomeAnyOther)
 
 TEST_F(HostileStreamTest, SeveralBytesMayChangeAtOnce)
 {
-    const std::string bytes = "0123456789abf -+.e\n\0\xff";
+    const std::string bytes("0123456789abf -+.e\n\0\xff", 21);
     std::mt19937 random(11);
     for (int i = 0; i < 5000; ++i)
     {
