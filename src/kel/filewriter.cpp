@@ -33,11 +33,13 @@ Ztring getHeader()
     return header;
 }
 
-/// Deletes a file if it exists and can be read.
-void removeFile(const Kel::File& file, bool quiet)
+/// Deletes a file if it exists and can be read. Takes no memory but what the platform takes.
+void removeFile(const Kel::File& file, const std::string& path, bool quiet)
 {
-    std::ifstream in(file.getPath().toUtf8(), std::ios_base::binary);
-    if (!in.is_open())
+    std::filebuf in;
+    char buffer = 0; // else the stream would allocate one
+    in.pubsetbuf(&buffer, 1);
+    if (in.open(path, std::ios_base::in | std::ios_base::binary) == nullptr)
         return;
     in.close();
     Platform::getSingleton()->deleteFile(file, quiet);
@@ -49,11 +51,11 @@ void requireReadable(const Kel::File& file)
     file.open(in);
 }
 
-void removeTemporaryQuietly(const Kel::File& target) noexcept
+void removeFileQuietly(const Kel::File& file, const std::string& path) noexcept
 {
     try
     {
-        removeFile(getTemporary(target), true);
+        removeFile(file, path, true);
     }
     catch (...)
     {
@@ -69,7 +71,7 @@ FileWriter::~FileWriter()
     m_writer.reset();
     m_out.reset();
     if (m_file && !m_isClosing)
-        removeTemporaryQuietly(*m_file);
+        removeFileQuietly(*m_temporary, m_temporaryPath);
 }
 
 Writer* FileWriter::open(const Kel::File& target, bool showStatus)
@@ -78,8 +80,10 @@ Writer* FileWriter::open(const Kel::File& target, bool showStatus)
     KEL_ASSERT(!m_out, "!valid(m_out)");
     KEL_ASSERT(!m_writer, "!valid(m_writer)");
     auto file = std::make_unique<Kel::File>(target);
+    m_temporary = std::make_unique<Kel::File>(getTemporary(target));
+    m_temporaryPath = m_temporary->getPath().toUtf8();
     auto out = std::make_unique<std::ofstream>();
-    getTemporary(target).open(*out);
+    m_temporary->open(*out);
     try
     {
         m_writer = std::make_unique<Writer>(*out, getHeader(), showStatus);
@@ -87,7 +91,7 @@ Writer* FileWriter::open(const Kel::File& target, bool showStatus)
     catch (...)
     {
         out.reset();
-        removeTemporaryQuietly(target);
+        removeFileQuietly(*m_temporary, m_temporaryPath);
         throw;
     }
     m_out = std::move(out);
@@ -100,12 +104,12 @@ void FileWriter::close()
     KEL_ASSERT(m_file, "valid(m_file)");
     m_writer.reset();
     m_out.reset();
-    const Kel::File temporary = getTemporary(*m_file);
     // The old file must not go without a new one to take its place.
-    requireReadable(temporary);
+    requireReadable(*m_temporary);
+    const std::string path = m_file->getPath().toUtf8();
     m_isClosing = true;
-    removeFile(*m_file, false);
-    Platform::getSingleton()->moveFile(temporary, *m_file, false);
+    removeFile(*m_file, path, false);
+    Platform::getSingleton()->moveFile(*m_temporary, *m_file, false);
     m_file.reset();
     m_isClosing = false;
 }

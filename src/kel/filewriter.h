@@ -6,6 +6,7 @@
 
 #include <fstream>
 #include <memory>
+#include <string>
 
 class Writer;
 
@@ -35,8 +36,8 @@ class KEL_API FileWriter
 {
 public:
     FileWriter();
-    /// Deletes the temporary file unless `close` came to replacing the target. What the platform throws meanwhile is
-    /// dropped.
+    /// Deletes the temporary file unless `close` came to replacing the target. Takes no memory but what the platform
+    /// takes; what that throws is dropped.
     ~FileWriter();
     FileWriter(const FileWriter&) = delete;
     FileWriter& operator=(const FileWriter&) = delete;
@@ -60,6 +61,9 @@ public:
 
 private:
     std::unique_ptr<Kel::File> m_file;
+    // Kept, so that the destructor takes no memory.
+    std::unique_ptr<Kel::File> m_temporary;
+    std::string m_temporaryPath;
     std::unique_ptr<std::ofstream> m_out;
     std::unique_ptr<Writer> m_writer;
     bool m_isClosing = false;
