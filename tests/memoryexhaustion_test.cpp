@@ -42,6 +42,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <exception>
 #include <functional>
 #include <initializer_list>
@@ -224,6 +225,34 @@ TEST_F(MemoryExhaustionSaving, FileHoldsTheOldOrTheNewContentsWhole)
             std::exchange(platform->calls, {});
         });
     EXPECT_GT(failures, 50u);
+}
+
+namespace
+{
+/// Deletes one file without taking memory.
+class FrugalPlatform : public TestPlatform
+{
+public:
+    void deleteFile(const Kel::File&, bool) override { std::remove(path.c_str()); }
+
+    std::string path;
+};
+} // namespace
+
+TEST(MemoryExhaustion, AbandonedSaveNeedsNoMemoryToDeleteItsTemporaryFile)
+{
+    const TemporaryDirectory directory;
+    const Installed<FrugalPlatform> platform;
+    platform->path = directory / "model.tmp";
+    auto writer = std::make_unique<FileWriter>();
+    writer->open(Ztring(directory / "model"), false);
+    ASSERT_TRUE(directory.has("model.tmp"));
+    {
+        const FailingAllocation fault(1, Failing::FromThenOn);
+        writer.reset();
+    }
+    EXPECT_FALSE(FailingAllocation::hasFailed());
+    EXPECT_FALSE(directory.has("model.tmp"));
 }
 
 TEST_F(MemoryExhaustionSaving, OpeningFailsOrGivesTheWholeGraph)
@@ -768,9 +797,32 @@ std::unique_ptr<Board> makeBoard()
 {
     return std::make_unique<Board>(std::initializer_list<const char*>{"a", "b", "c", "d"});
 }
+
+/// The bulletin is not on the board.
+std::pair<std::unique_ptr<Board>, Counted*> makeBoardAnd(const char* name)
+{
+    auto board = makeBoard();
+    return {std::move(board), new Counted(BulletinKey(name))};
+}
 } // namespace
 
-TEST(MemoryExhaustion, BulletinIsOnTheBoardOrTheCallersOwn)
+TEST(MemoryExhaustion, BulletinIsOnTheBoardOrDestroyed)
+{
+    failEachAllocation([] { return makeBoardAnd("e"); }, [](auto& state) { state.first->board.add(state.second); },
+                       [](auto& state, bool threw)
+                       {
+                           auto& [board, added] = state;
+                           const bool isOn = board->board.getPtr(BulletinKey("e")) == added;
+                           EXPECT_TRUE(isOn || threw);
+                           EXPECT_EQ(getKeys(board->board), isOn ? "a b c d e " : "a b c d ");
+                           EXPECT_EQ(Counted::s_count, isOn ? 5 : 4);
+                           if (!isOn)
+                               board->board.add(new Counted(BulletinKey("e")));
+                           EXPECT_EQ(board->recorder.heard.size(), isOn && threw ? 0u : 1u);
+                       });
+}
+
+TEST(MemoryExhaustion, BulletinLentToABoardIsOnItOrTheCallersOwn)
 {
     const auto make = []
     {
@@ -778,7 +830,7 @@ TEST(MemoryExhaustion, BulletinIsOnTheBoardOrTheCallersOwn)
         return std::make_pair(std::move(state), std::make_unique<Counted>(BulletinKey("e")));
     };
     failEachAllocation(
-        make, [](auto& state) { state.first->board.add(state.second.get()); },
+        make, [](auto& state) { state.first->board.addIgnoreKey(*state.second, BulletinKey("e")); },
         [](auto& state, bool threw)
         {
             auto& [board, added] = state;
@@ -786,7 +838,7 @@ TEST(MemoryExhaustion, BulletinIsOnTheBoardOrTheCallersOwn)
             EXPECT_TRUE(isOn || threw);
             EXPECT_EQ(getKeys(board->board), isOn ? "a b c d e " : "a b c d ");
             if (!isOn)
-                board->board.add(added.get());
+                board->board.addIgnoreKey(*added, added->getKey());
             EXPECT_EQ(board->recorder.heard.size(), isOn && threw ? 0u : 1u);
             static_cast<void>(added.release());
         });
@@ -808,27 +860,21 @@ TEST(MemoryExhaustion, BulletinTakenOffABoardIsOffWhateverItsObserversDo)
                        });
 }
 
-TEST(MemoryExhaustion, ReplacementIsOnTheBoardOrTheCallersOwn)
+TEST(MemoryExhaustion, ReplacementIsOnTheBoardOrDestroyed)
 {
     for (const char* const name : {"a", "b", "d", "e"})
     {
-        const auto make = [=]
-        {
-            auto state = makeBoard();
-            return std::make_pair(std::move(state), std::make_unique<Counted>(BulletinKey(name)));
-        };
-        failEachAllocation(
-            make, [](auto& state) { state.first->board.addOrReplace(state.second.get()); },
-            [](auto& state, bool threw)
-            {
-                auto& [board, added] = state;
-                Bulletin* const found = board->board.getPtr(added->getKey());
-                EXPECT_TRUE(threw || found == added.get());
-                EXPECT_EQ(board->board.size() + (found != added.get()), std::size_t(Counted::s_count));
-                if (found != added.get())
-                    board->board.addOrReplace(added.get());
-                static_cast<void>(added.release());
-            });
+        failEachAllocation([=] { return makeBoardAnd(name); },
+                           [](auto& state) { state.first->board.addOrReplace(state.second); },
+                           [=](auto& state, bool threw)
+                           {
+                               auto& [board, added] = state;
+                               const bool isOn = board->board.getPtr(BulletinKey(name)) == added;
+                               EXPECT_TRUE(threw || isOn);
+                               EXPECT_EQ(board->board.size(), std::size_t(Counted::s_count));
+                               if (!isOn)
+                                   board->board.addOrReplace(new Counted(BulletinKey(name)));
+                           });
     }
 }
 

@@ -10,6 +10,8 @@
 
 #include "lifewatch_p.h"
 
+#include <new>
+
 namespace
 {
 /// The new bulletin that adopt() is handing over. The board lets go of it in the moment in which it owns it: what
@@ -125,7 +127,8 @@ void BulletinBoard::clear()
 
 void BulletinBoard::addIgnoreKey(Bulletin& obj, const BulletinKey& key)
 {
-    add(key, &obj);
+    enter(key, obj);
+    announce(obj);
 }
 
 Bulletin* BulletinBoard::removeIgnoreKey(const BulletinKey& key)
@@ -137,11 +140,16 @@ Bulletin* BulletinBoard::removeIgnoreKey(const BulletinKey& key)
 
 void BulletinBoard::add(const BulletinKey& key, Bulletin* obj)
 {
-    const bool isNew = m_bulletins.insert(key.getNumber(), obj);
-    KEL_ASSERT(isNew, "!hasKey(key)");
-    releaseAdopted(obj);
-    AddedNotifier notifier(*this, *obj);
-    notifyObservers(notifier);
+    try
+    {
+        enter(key, *obj);
+    }
+    catch (const std::bad_alloc&)
+    {
+        destroyTaken(*obj);
+        throw;
+    }
+    announce(*obj);
 }
 
 Bulletin* BulletinBoard::removeByKey(const BulletinKey& key)
@@ -187,6 +195,25 @@ bool BulletinBoard::isInUse() const
     return Use::inUseFor(*this, Use::getStaticKey());
 }
 
+void BulletinBoard::enter(const BulletinKey& key, Bulletin& obj)
+{
+    const bool isNew = m_bulletins.insert(key.getNumber(), &obj);
+    KEL_ASSERT(isNew, "!hasKey(key)");
+    releaseAdopted(&obj);
+}
+
+void BulletinBoard::announce(Bulletin& obj)
+{
+    AddedNotifier notifier(*this, obj);
+    notifyObservers(notifier);
+}
+
+void BulletinBoard::destroyTaken(Bulletin& obj) noexcept
+{
+    releaseAdopted(&obj);
+    destroyQuietly(obj);
+}
+
 void BulletinBoard::adoptBulletin(std::unique_ptr<Bulletin> obj)
 {
     const AdoptionScope scope(obj);
@@ -200,6 +227,12 @@ void BulletinBoard::replaceEntry(Bulletin* obj)
     Bulletin* const oldObj = getPtr(obj->getKey());
     const LifeWatch board(*this);
     const LifeWatch old(*oldObj);
+    // One that is off the board although an observer has thrown is destroyed: nobody else would.
+    const auto destroyOld = [&]
+    {
+        if (oldObj != obj && board.isAlive() && old.isAlive() && getPtr(oldObj->getKey()) != oldObj)
+            destroyQuietly(*oldObj);
+    };
     try
     {
         remove(*oldObj);
@@ -208,21 +241,22 @@ void BulletinBoard::replaceEntry(Bulletin* obj)
         if (old.isAlive())
             destroy(oldObj, false);
     }
+    catch (const std::bad_alloc&)
+    {
+        destroyOld();
+        if (oldObj != obj)
+            destroyTaken(*obj);
+        throw;
+    }
     catch (...)
     {
-        // One that is off the board although an observer has thrown is destroyed: nobody else would.
-        if (oldObj != obj && board.isAlive() && old.isAlive() && getPtr(oldObj->getKey()) != oldObj)
-            destroyQuietly(*oldObj);
+        destroyOld();
         throw;
     }
     if (board.isAlive())
-    {
         add(obj);
-        return;
-    }
-    // As if it had still been added: it goes with the board.
-    releaseAdopted(obj);
-    destroyQuietly(*obj);
+    else
+        destroyTaken(*obj); // as if it had still been added: it goes with the board
 }
 
 bool BulletinBoard::destroyEach(void (*destroyEntry)(Bulletin& obj))

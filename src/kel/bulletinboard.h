@@ -48,9 +48,9 @@ public:
 
     /// Adds a bulletin under its own key and takes ownership of it. Observers hear `added`.
     ///
-    /// A taken key fails with the assertion "!hasKey(key)"; then, and when memory runs out, the board is unchanged and
-    /// the caller keeps the object. If an observer throws, the object is on the board. The pointer must not be null;
-    /// this is not checked, here and below.
+    /// A taken key fails with the assertion "!hasKey(key)"; the board is unchanged and the caller keeps the object.
+    /// When memory runs out, the board is unchanged, too, and destroys the object (not forced). If an observer throws,
+    /// the object is on the board. The pointer must not be null; this is not checked, here and below.
     virtual void add(Bulletin* obj);
     /// Takes the bulletin under obj's key off the board; the caller owns it. Observers hear `removed`. An absent key
     /// fails with the assertion "hasKey(key)".
@@ -61,8 +61,9 @@ public:
     /// same) and adds obj. That the key is on the board is not checked.
     ///
     /// Replacing a bulletin by itself fails with the assertion "oldObj != *obj" after it was removed. When anything
-    /// fails, the caller keeps obj unless it is on the board; another one that was removed is destroyed. When an
-    /// observer destroys the board, obj is destroyed, too.
+    /// fails, the caller keeps obj unless it is on the board, and another one that was removed is destroyed; with
+    /// std::bad_alloc obj is destroyed as well, unless it was to replace itself. When an observer destroys the board,
+    /// obj is destroyed, too.
     virtual void replace(Bulletin* obj);
     /// Destroys every bulletin in key order, not forced, and ends with clear(). Each bulletin's own observers hear
     /// `deleted`, the board's hear nothing. A bulletin that refuses lives on but is off the board.
@@ -74,7 +75,8 @@ public:
     virtual void deleteAll();
     /// Drops every entry; deletes nothing and tells nobody.
     virtual void clear();
-    /// As add(), under another key than the bulletin's own.
+    /// As add(), under any key; but the caller keeps the object whenever it does not get onto the board, so that a
+    /// removal can be undone as often as it takes.
     virtual void addIgnoreKey(Bulletin& obj, const BulletinKey& key);
     /// Takes the bulletin under the key off the board without telling anybody; the caller owns it. An absent key fails
     /// with the assertion "hasKey(key)".
@@ -119,6 +121,10 @@ public:
     bool isInUse() const;
 
 private:
+    void enter(const BulletinKey& key, Bulletin& obj);
+    void announce(Bulletin& obj);
+    /// Destroys what was taken over and did not get onto the board.
+    static void destroyTaken(Bulletin& obj) noexcept;
     void adoptBulletin(std::unique_ptr<Bulletin> obj);
     void replaceEntry(Bulletin* obj);
     /// Calls `destroyEntry` on the bulletins in key order and drops those that died.

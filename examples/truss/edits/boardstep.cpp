@@ -22,7 +22,7 @@ void BoardStep::putOn()
 {
     try
     {
-        m_board.add(&m_entity);
+        m_board.addIgnoreKey(m_entity, m_entity.getKey()); // which leaves it to this step when it fails
     }
     catch (...)
     {
