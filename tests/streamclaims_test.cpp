@@ -75,12 +75,7 @@ void readNumbers(Scripted&, Reader& reader)
 
 void readHexNumbers(Scripted&, Reader& reader)
 {
-    const auto readElement = [](Reader& in, unsigned& element)
-    {
-        in.readHex(element);
-        in.checkValid();
-    };
-    readArray<unsigned>(reader, readElement);
+    readArray<unsigned>(reader, [](Reader& in, unsigned& element) { in.readHex(element); }); // which does not check
 }
 
 void readTexts(Scripted&, Reader& reader)

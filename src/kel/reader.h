@@ -100,6 +100,8 @@ public:
     Reader& read(unsigned& size, char*& bytes);
 
     /// Reads a count, then that many elements with the functor. Elements read before a failure stay in the array.
+    /// @throws Problem of checkValid() when the stream ends or fails before the last element, which is not checked
+    /// itself
     template <class T, class ElementReader>
     Reader& read(Array<T>& elements, const ElementReader& readElement);
 
@@ -217,6 +219,7 @@ Reader& Reader::read(Array<T>& elements, const ElementReader& readElement)
     // Grown as elements arrive, since the count is only a claim.
     for (unsigned i = 0; i < count; ++i)
     {
+        checkValid(); // the functor need not
         T element{};
         readElement(*this, element);
         elements.push_back(element);
