@@ -270,6 +270,7 @@ TEST_F(MemoryExhaustionSaving, OpeningFailsOrGivesTheWholeGraph)
         std::istringstream in;
         Serializable* root = nullptr;
     };
+    std::size_t alive = 0;
     const auto failures =
         failEachAllocation([&] { return std::make_unique<Opening>(getPreamble() + records); },
                            [](auto& opening)
@@ -280,6 +281,9 @@ TEST_F(MemoryExhaustionSaving, OpeningFailsOrGivesTheWholeGraph)
                            [&](auto& opening, bool threw)
                            {
                                EXPECT_EQ(opening->root == nullptr, threw);
+                               // The later the failure, the more objects there are: none of them is destroyed.
+                               const std::size_t before = std::exchange(alive, Persistable::getCount());
+                               EXPECT_TRUE(alive >= before || alive == 0) << alive << " after " << before;
                                if (opening->root != nullptr)
                                {
                                    EXPECT_TRUE(opening->in.eof());
@@ -876,6 +880,71 @@ TEST(MemoryExhaustion, ReplacementIsOnTheBoardOrDestroyed)
                                    board->board.addOrReplace(new Counted(BulletinKey(name)));
                            });
     }
+}
+
+TEST(MemoryExhaustion, BulletinThatIsOnTheBoardAlreadyStaysThere)
+{
+    failEachAllocation([] { return makeBoard(); },
+                       [](auto& state) { state->board.add(state->board.getPtr(BulletinKey("b"))); },
+                       [](auto& state, bool threw)
+                       {
+                           EXPECT_TRUE(threw);
+                           EXPECT_EQ(getKeys(state->board), "a b c d ");
+                           EXPECT_EQ(Counted::s_count, 4);
+                       });
+}
+
+TEST(MemoryExhaustion, ReplacementIsDestroyedUnlessItIsOnTheBoardWhenAnObserverFails)
+{
+    const auto replace = [](Board& board, Bulletin& obj, bool addsFirst)
+    {
+        Recorder failing(
+            [&](const Heard& message)
+            {
+                if (message.operation != "removed")
+                    return;
+                if (addsFirst)
+                    board.board.add(&obj);
+                throw std::bad_alloc();
+            });
+        failing.observe(board.board);
+        EXPECT_THROW(board.board.replace(&obj), std::bad_alloc);
+    };
+    for (const bool addsFirst : {false, true})
+    {
+        const auto [board, obj] = makeBoardAnd("b");
+        replace(*board, *obj, addsFirst);
+        EXPECT_EQ(Counted::s_count, addsFirst ? 4 : 3);
+        EXPECT_EQ(getKeys(board->board), addsFirst ? "a b c d " : "a c d ");
+    }
+    // One that was to replace itself is off the board and the caller's.
+    const auto board = makeBoard();
+    const std::unique_ptr<Bulletin> same(board->board.getPtr(BulletinKey("b")));
+    replace(*board, *same, false);
+    EXPECT_EQ(Counted::s_count, 4);
+    EXPECT_EQ(getKeys(board->board), "a c d ");
+}
+
+TEST(MemoryExhaustion, AdoptedBulletinThatRefusesDeletionIsOnTheBoardOrDeleted)
+{
+    class Refusing : public Counted
+    {
+    public:
+        using Counted::Counted;
+        bool canDelete() override { return m_isOnBoard; }
+        void settle() { m_isOnBoard = true; }
+
+    private:
+        bool m_isOnBoard = false;
+    };
+    failEachAllocation(
+        makeBoard, [](auto& state) { state->board.adopt(std::make_unique<Refusing>(BulletinKey("e"))).settle(); },
+        [](auto& state, bool)
+        {
+            if (auto* const refusing = dynamic_cast<Refusing*>(state->board.getPtr(BulletinKey("e"))))
+                refusing->settle(); // an observer may have failed
+            EXPECT_EQ(state->board.size(), std::size_t(Counted::s_count));
+        });
 }
 
 TEST(MemoryExhaustion, CopyOfABoardIsWholeOrAbsent)

@@ -10,8 +10,8 @@ class Bulletin;
 ///
 ///     AutoDelete guard(bulletin);
 ///     mayThrow(*bulletin);
-///     board.add(bulletin);
 ///     guard.release();
+///     board.add(bulletin); // which owns it from here on
 class KEL_API AutoDelete
 {
 public:

@@ -8,34 +8,13 @@
 #include <kel/use.h>
 #include <kel/zassert.h>
 
+#include "lending_p.h"
 #include "lifewatch_p.h"
 
 #include <new>
 
 namespace
 {
-/// The new bulletin that adopt() is handing over. The board lets go of it in the moment in which it owns it: what
-/// observers do to the bulletin or to the board afterwards, throwing included, no longer matters to adopt().
-std::unique_ptr<Bulletin>* adopted = nullptr;
-
-class AdoptionScope
-{
-public:
-    explicit AdoptionScope(std::unique_ptr<Bulletin>& obj) : m_outer(std::exchange(adopted, &obj)) {}
-    AdoptionScope(const AdoptionScope&) = delete;
-    AdoptionScope& operator=(const AdoptionScope&) = delete;
-    ~AdoptionScope() { adopted = m_outer; }
-
-private:
-    std::unique_ptr<Bulletin>* m_outer;
-};
-
-void releaseAdopted(const Bulletin* obj)
-{
-    if (adopted != nullptr && adopted->get() == obj)
-        static_cast<void>(adopted->release());
-}
-
 /// Takes the entry of a bulletin that dies in this scope off a board, should the board outlive the scope.
 class DeadEntryGuard
 {
@@ -127,8 +106,8 @@ void BulletinBoard::clear()
 
 void BulletinBoard::addIgnoreKey(Bulletin& obj, const BulletinKey& key)
 {
-    enter(key, obj);
-    announce(obj);
+    const Lending lending(obj);
+    add(key, &obj);
 }
 
 Bulletin* BulletinBoard::removeIgnoreKey(const BulletinKey& key)
@@ -140,16 +119,20 @@ Bulletin* BulletinBoard::removeIgnoreKey(const BulletinKey& key)
 
 void BulletinBoard::add(const BulletinKey& key, Bulletin* obj)
 {
+    bool isNew = false;
     try
     {
-        enter(key, *obj);
+        isNew = m_bulletins.insert(key.getNumber(), obj);
     }
-    catch (const std::bad_alloc&)
+    catch (...)
     {
-        destroyTaken(*obj);
+        destroyUnlessLent(*obj);
         throw;
     }
-    announce(*obj);
+    KEL_ASSERT(isNew, "!hasKey(key)");
+    Lending::end(*obj);
+    AddedNotifier notifier(*this, *obj);
+    notifyObservers(notifier);
 }
 
 Bulletin* BulletinBoard::removeByKey(const BulletinKey& key)
@@ -195,29 +178,26 @@ bool BulletinBoard::isInUse() const
     return Use::inUseFor(*this, Use::getStaticKey());
 }
 
-void BulletinBoard::enter(const BulletinKey& key, Bulletin& obj)
+void BulletinBoard::destroyUnlessLent(Bulletin& obj) noexcept
 {
-    const bool isNew = m_bulletins.insert(key.getNumber(), &obj);
-    KEL_ASSERT(isNew, "!hasKey(key)");
-    releaseAdopted(&obj);
-}
-
-void BulletinBoard::announce(Bulletin& obj)
-{
-    AddedNotifier notifier(*this, obj);
-    notifyObservers(notifier);
-}
-
-void BulletinBoard::destroyTaken(Bulletin& obj) noexcept
-{
-    releaseAdopted(&obj);
-    destroyQuietly(obj);
+    if (!Lending::isLent(obj))
+        destroyQuietly(obj);
 }
 
 void BulletinBoard::adoptBulletin(std::unique_ptr<Bulletin> obj)
 {
-    const AdoptionScope scope(obj);
-    add(obj.get());
+    const Lending lending(*obj);
+    try
+    {
+        add(obj.get());
+    }
+    catch (...)
+    {
+        // What observers do to the bulletin or to the board, throwing included, is no business of this call.
+        if (lending.isOver())
+            static_cast<void>(obj.release());
+        throw;
+    }
     // An override of add() may have kept it without passing it on to this class.
     static_cast<void>(obj.release());
 }
@@ -227,11 +207,12 @@ void BulletinBoard::replaceEntry(Bulletin* obj)
     Bulletin* const oldObj = getPtr(obj->getKey());
     const LifeWatch board(*this);
     const LifeWatch old(*oldObj);
-    // One that is off the board although an observer has thrown is destroyed: nobody else would.
-    const auto destroyOld = [&]
+    const LifeWatch taken(*obj);
+    // What is off the board although an observer has thrown is destroyed: nobody else would.
+    const auto destroyUnlessHeld = [&](const LifeWatch& watch, Bulletin& bulletin)
     {
-        if (oldObj != obj && board.isAlive() && old.isAlive() && getPtr(oldObj->getKey()) != oldObj)
-            destroyQuietly(*oldObj);
+        if (watch.isAlive() && !(board.isAlive() && getPtr(bulletin.getKey()) == &bulletin))
+            destroyUnlessLent(bulletin);
     };
     try
     {
@@ -243,20 +224,27 @@ void BulletinBoard::replaceEntry(Bulletin* obj)
     }
     catch (const std::bad_alloc&)
     {
-        destroyOld();
         if (oldObj != obj)
-            destroyTaken(*obj);
+        {
+            destroyUnlessHeld(old, *oldObj);
+            destroyUnlessHeld(taken, *obj);
+        }
         throw;
     }
     catch (...)
     {
-        destroyOld();
+        if (oldObj != obj)
+            destroyUnlessHeld(old, *oldObj);
         throw;
     }
     if (board.isAlive())
+    {
         add(obj);
-    else
-        destroyTaken(*obj); // as if it had still been added: it goes with the board
+        return;
+    }
+    // As if it had still been added: it goes with the board.
+    Lending::end(*obj);
+    destroyQuietly(*obj);
 }
 
 bool BulletinBoard::destroyEach(void (*destroyEntry)(Bulletin& obj))

@@ -121,10 +121,7 @@ public:
     bool isInUse() const;
 
 private:
-    void enter(const BulletinKey& key, Bulletin& obj);
-    void announce(Bulletin& obj);
-    /// Destroys what was taken over and did not get onto the board.
-    static void destroyTaken(Bulletin& obj) noexcept;
+    static void destroyUnlessLent(Bulletin& obj) noexcept;
     void adoptBulletin(std::unique_ptr<Bulletin> obj);
     void replaceEntry(Bulletin* obj);
     /// Calls `destroyEntry` on the bulletins in key order and drops those that died.

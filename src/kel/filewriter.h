@@ -36,8 +36,8 @@ class KEL_API FileWriter
 {
 public:
     FileWriter();
-    /// Deletes the temporary file unless `close` came to replacing the target. Takes no memory but what the platform
-    /// takes; what that throws is dropped.
+    /// Deletes the temporary file unless `close` came to replacing the target. Takes no memory but what opening that
+    /// file takes in the C library. What the platform throws meanwhile is dropped.
     ~FileWriter();
     FileWriter(const FileWriter&) = delete;
     FileWriter& operator=(const FileWriter&) = delete;

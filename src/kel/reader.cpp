@@ -16,6 +16,7 @@
 #include <kel/ztring.h>
 
 #include "idruns_p.h"
+#include "lending_p.h"
 #include "restoredobjects_p.h"
 #include "streaminput_p.h"
 
@@ -343,7 +344,12 @@ template KEL_API Reader& Reader::fix(Bulletin*&);
 
 void Reader::fixBulletins(BulletinBoard& board)
 {
-    fixMembers(board, [&board](Bulletin* member) { board.add(member); });
+    const auto add = [&board](Bulletin* member)
+    {
+        const Lending lending(*member); // whoever opens the file destroys the objects of one that fails
+        board.add(member);
+    };
+    fixMembers(board, add);
 }
 
 void Reader::fixBulletins(OrderedBulletins& list)

@@ -41,7 +41,8 @@ class CrossCast;
 /// that records stand in the order of their ids. There is no recursion: deep and cyclic graphs use no stack.
 ///
 /// The state of the output stream is not tested; the caller who owns the stream looks at it. What an object's
-/// `write` or an interrupt throws passes through and leaves the stream incomplete. As a board, the writer keeps
+/// `write` or an interrupt throws passes through, leaves the stream incomplete and ends the use of the writer, which
+/// has numbered objects whose records are missing: save again with a new one. As a board, the writer keeps
 /// bulletins that belong to this one stream.
 class KEL_API Writer : public BulletinBoard
 {
