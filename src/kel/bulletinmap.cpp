@@ -228,7 +228,6 @@ void BulletinMap::insertInBlock(std::size_t index, Entry entry)
         index = findBlock(entry.first);
     }
     m_blocks[index].insert(entry);
-    m_firsts[index] = m_blocks[index].first->first;
     ++m_size;
 }
 

@@ -106,7 +106,7 @@ private:
     void insertBlock(std::size_t index, Block block);
     void eraseBlock(std::size_t index) noexcept;
 
-    std::vector<unsigned> m_firsts; ///< the first number of each block; what a look-up searches
+    std::vector<unsigned> m_firsts; ///< no block holds a lower number, but the first; what a look-up searches
     std::vector<Block> m_blocks;    ///< in the same order, none of them empty
     std::size_t m_size = 0;
     std::uint64_t m_changes = 0; ///< how many there were; what walks look at
