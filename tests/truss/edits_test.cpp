@@ -2,7 +2,6 @@
 // Edits of the example application: commands, their undoing, and who owns what meanwhile.
 #include <truss/edits/compositecommand.h>
 #include <truss/edits/deletecommand.h>
-#include <truss/edits/movestep.h>
 
 #include <truss/support/trusstest.h>
 
@@ -239,35 +238,5 @@ TEST_F(Edits, TheHistoryIsBounded)
 TEST_F(Edits, NothingToRedoIsAProblem)
 {
     EXPECT_PROBLEM(document.redo(), "There is nothing to redo");
-}
-
-/// A step that can be made to fail.
-class MoodyStep : public truss::Step
-{
-public:
-    explicit MoodyStep(const bool& fails) : m_fails(fails) {}
-
-private:
-    void apply() override
-    {
-        if (m_fails)
-            Problem::throwProblem("Not today");
-    }
-    void revert() override {}
-
-    const bool& m_fails;
-};
-
-TEST_F(Edits, AnEditThatFailsHalfwayWhenRedoneLeavesTheModelAsItWas)
-{
-    bool fails = false;
-    auto command = std::make_unique<truss::CompositeCommand>("Move and wait");
-    command->add(new truss::MoveStep(model(), node("b"), {1, 5, 0}));
-    command->add(new MoodyStep(fails));
-    document.execute(std::move(command));
-    document.undo();
-    fails = true;
-    EXPECT_PROBLEM(document.redo(), "Not today");
-    EXPECT_EQ(node("b").getPosition(), (truss::Vector{1, 1, 0}));
 }
 } // namespace

@@ -36,8 +36,16 @@ void BoardStep::putOn()
 void BoardStep::takeOff()
 {
     KEL_ASSERT(isOnBoard(), "isOnBoard()");
-    m_parked.reset(&m_entity); // first: the entity is off the board even if an observer throws
-    m_board.remove(m_entity);
+    m_parked.reset(&m_entity);
+    try
+    {
+        m_board.remove(m_entity);
+    }
+    catch (...)
+    {
+        putOn(); // an observer threw when the entity was off the board
+        throw;
+    }
 }
 
 bool BoardStep::isOnBoard() const

@@ -5,6 +5,8 @@
 #include <kel/command.h>
 #include <kel/mementos.h>
 
+#include <vector>
+
 namespace truss
 {
 /// A command that is made of steps, and the base of all commands of this application.
@@ -17,12 +19,14 @@ class CompositeCommand : public Command
 public:
     explicit CompositeCommand(const Ztring& label) : m_label(label) {}
 
-    /// Appends a step and owns it from then on. The steps have to take being undone without having been executed.
-    void add(Memento* step) { m_steps.add(step); }
+    /// Appends a step and owns it from then on. The steps have to take being undone without having been
+    /// executed, and being redone without having been undone.
+    void add(Memento* step);
     bool isEmpty() const { return m_steps.empty(); }
 
     void execute() override;
-    void undo() override { m_steps.undo(); }
+    /// When a step cannot be undone, those undone before it are done again and the problem passes on.
+    void undo() override;
     void redo() override;
     Ztring getLabel() const override { return m_label; }
 
@@ -32,5 +36,6 @@ private:
 
     Ztring m_label;
     Mementos m_steps;
+    std::vector<Memento*> m_order; // of the steps, which an undo that fails leaves in another one
 };
 } // namespace truss

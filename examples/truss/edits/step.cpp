@@ -6,6 +6,8 @@ namespace truss
 {
 void Step::execute()
 {
+    if (m_done)
+        return;
     apply();
     m_done = true;
 }

@@ -8,7 +8,8 @@ namespace truss
 {
 /// The smallest reversible change of the model; commands are made of steps.
 ///
-/// undo() of a step that was not executed does nothing, so a composite that failed halfway takes back just what it did.
+/// undo() of a step that was not executed does nothing, so a composite that failed halfway takes back just what it did;
+/// nor does redo() of one that was not undone, so a composite that was undone halfway does just that again.
 class Step : public Memento
 {
 public:

@@ -7,19 +7,44 @@
 
 #include <kel/problem.h>
 #include <kel/translator.h>
+#include <kel/ztring.h>
+
+#include <functional>
+#include <string_view>
 
 namespace truss
 {
+std::size_t NameIndex::ByName::operator()(const Ztring& name) const
+{
+    using View = std::basic_string_view<wxStringCharType>;
+    return std::hash<View>()(View(name.wx().wx_str()));
+}
+
+std::size_t NameIndex::ByName::operator()(const NamedEntity* entity) const
+{
+    return (*this)(entity->getName());
+}
+
+bool NameIndex::ByName::operator()(const NamedEntity* left, const NamedEntity* right) const
+{
+    return left->getName() == right->getName();
+}
+
+bool NameIndex::ByName::operator()(const Ztring& name, const NamedEntity* entity) const
+{
+    return name == entity->getName();
+}
+
 NamedEntity* NameIndex::find(const Ztring& name) const
 {
-    const auto found = m_entities.find(name.toUtf8());
-    return found == m_entities.end() ? nullptr : found->second;
+    const auto found = m_entities.find(name);
+    return found == m_entities.end() ? nullptr : *found;
 }
 
 void NameIndex::added(Bulletin&, Bulletin& obj)
 {
     auto* const entity = dynamic_cast<NamedEntity*>(&obj);
-    if (entity == nullptr || m_entities.emplace(entity->getName().toUtf8(), entity).second)
+    if (entity == nullptr || *m_entities.insert(entity).first == entity)
         return;
     Problem::throwProblem(fill(Translator::tr("The name '%1' is already used"), entity->getName()));
 }
@@ -27,7 +52,10 @@ void NameIndex::added(Bulletin&, Bulletin& obj)
 void NameIndex::removed(BulletinBoard&, Bulletin& obj)
 {
     const auto* const entity = dynamic_cast<NamedEntity*>(&obj);
-    if (entity != nullptr && find(entity->getName()) == entity)
-        m_entities.erase(entity->getName().toUtf8());
+    if (entity == nullptr)
+        return;
+    const auto found = m_entities.find(entity->getName());
+    if (found != m_entities.end() && *found == entity)
+        m_entities.erase(found);
 }
 } // namespace truss

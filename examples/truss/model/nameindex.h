@@ -6,8 +6,8 @@
 #include <kel/receiver.h>
 #include <kel/removedreceiver.h>
 
-#include <string>
-#include <unordered_map>
+#include <cstddef>
+#include <unordered_set>
 
 class Ztring;
 
@@ -23,10 +23,21 @@ public:
     NamedEntity* find(const Ztring& name) const;
 
 private:
+    /// Lets the entities be looked up by their names without making copies of those: a removal must not need memory.
+    struct ByName
+    {
+        using is_transparent = void;
+
+        std::size_t operator()(const Ztring& name) const;
+        std::size_t operator()(const NamedEntity* entity) const;
+        bool operator()(const NamedEntity* left, const NamedEntity* right) const;
+        bool operator()(const Ztring& name, const NamedEntity* entity) const;
+    };
+
     /// A name that is taken is a Problem: only a damaged document gets here with one.
     void added(Bulletin& board, Bulletin& obj) override;
     void removed(BulletinBoard& board, Bulletin& obj) override;
 
-    std::unordered_map<std::string, NamedEntity*> m_entities; // by name in UTF-8; not owned
+    std::unordered_set<NamedEntity*, ByName, ByName> m_entities; // not owned
 };
 } // namespace truss
