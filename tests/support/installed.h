@@ -19,7 +19,7 @@ public:
     explicit Installed(Arguments&&... arguments)
         : m_service(std::make_unique<Service>(std::forward<Arguments>(arguments)...))
     {
-        DynamicFactory::getSingleton().add(m_service.get());
+        DynamicFactory::getSingleton().addIgnoreKey(*m_service, m_service->getKey()); // which does not own it
     }
     ~Installed() { DynamicFactory::getSingleton().removeIgnoreKey(m_service->getKey()); }
 

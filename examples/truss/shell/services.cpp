@@ -2,7 +2,6 @@
 // truss: shell
 #include "truss/shell/services.h"
 
-#include "truss/model/bulletinptr.h"
 #include "truss/platform/linuxplatform.h"
 #include "truss/shell/bell.h"
 #include "truss/shell/consolelog.h"
@@ -12,6 +11,8 @@
 #include <kel/dynamicfactory.h>
 #include <kel/version.h>
 
+#include <memory>
+
 namespace truss
 {
 namespace
@@ -20,9 +21,7 @@ namespace
 template <class Service>
 void add()
 {
-    BulletinPtr<Service> service(new Service);
-    DynamicFactory::getSingleton().add(service.get());
-    service.release();
+    DynamicFactory::getSingleton().adopt(std::make_unique<Service>());
 }
 
 void setBranding()
