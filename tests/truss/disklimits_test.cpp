@@ -175,4 +175,16 @@ TEST_F(DiskLimits, AFolderOrAPipeIsNoPlaceForADocument)
         EXPECT_FALSE(hasTemporary());
     }
 }
+
+TEST_F(DiskLimits, AFolderOrAPipeIsNotOpenedAsADocument)
+{
+    std::filesystem::create_directory(directory / "folder");
+    ASSERT_EQ(mkfifo((directory / "pipe").c_str(), 0600), 0);
+    for (const char* name : {"folder", "pipe"})
+    {
+        const std::string path = directory / name;
+        EXPECT_PROBLEM(truss::DocumentFile::open(file(name)),
+                       "Failed to read file: '" + path + "'\nFailed to open file: '" + path + "'");
+    }
+}
 } // namespace

@@ -31,11 +31,22 @@ bool endsWithLine(std::istream& in)
     in.clear();
     return in.seekg(-1, std::ios_base::end).get() == '\n';
 }
+
+/// Whether the path is that of a folder, a device or a pipe.
+bool isNoFile(const Kel::File& file)
+{
+    const std::filesystem::path path(file.getPath().toUtf8());
+    std::error_code error;
+    return std::filesystem::exists(path, error) && !std::filesystem::is_regular_file(path, error);
+}
 } // namespace
 
 BulletinPtr<Model> DocumentFile::open(const Kel::File& file)
 try
 {
+    if (isNoFile(file))
+        file.throwOpenFailed();
+
     OpeningGuard guard;
     FileReader fileReader;
     Reader* const reader = fileReader.open(file, true);
@@ -59,10 +70,8 @@ catch (Problem& problem)
 void DocumentFile::save(Model& model, const Kel::File& file)
 {
     const Kel::File target = followLink(file);
-    const std::filesystem::path path(target.getPath().toUtf8());
-    std::error_code error;
-    if (std::filesystem::exists(path, error) && !std::filesystem::is_regular_file(path, error))
-        target.throwWritingCorrupt(); // a folder or a device
+    if (isNoFile(target))
+        target.throwWritingCorrupt();
 
     FileWriter fileWriter;
     Writer* const writer = fileWriter.open(target, true);
