@@ -41,11 +41,11 @@ Document::~Document()
 
 void Document::replace(BulletinPtr<Model> model)
 {
+    observe(*model); // first, since it takes memory
     getController().clear();
     m_response.reset();
     m_model = std::move(model);
     m_isIncomplete = false;
-    observe(*m_model);
 }
 
 void Document::execute(std::unique_ptr<Command> command)
