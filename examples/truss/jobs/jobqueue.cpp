@@ -47,9 +47,18 @@ void JobQueue::startNext()
 {
     if (m_jobs.empty())
         return finish();
-    m_running = true;
-    Tasks::getSingleton()->add(m_jobs.front().release());
+    std::unique_ptr<Task> next = std::move(m_jobs.front());
     m_jobs.pop_front();
+    try
+    {
+        Tasks::getSingleton()->add(next.release());
+    }
+    catch (...)
+    {
+        m_jobs.clear(); // as after any job that fails
+        throw;
+    }
+    m_running = true;
 }
 
 void JobQueue::finish()

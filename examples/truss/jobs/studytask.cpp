@@ -27,17 +27,23 @@ StudyTask::~StudyTask() = default;
 void StudyTask::performAction()
 {
     if (m_report != nullptr)
-        addCases();
+        addCases(std::move(m_report));
     BatchTask::performAction();
 }
 
 // Only now, since the model may have been read just before.
-void StudyTask::addCases()
+void StudyTask::addCases(std::unique_ptr<Job> report)
+try
 {
     const auto structure = std::make_shared<const Structure>(m_document.getModel());
     structure->findMember(m_study->getBar()); // one that is missing is a Problem once, not in each case
     for (std::size_t row = 0; row < m_study->getRows().size(); ++row)
         add(new StudyCase(m_study, structure, row, m_method));
-    add(m_report.release());
+    add(report.release());
+}
+catch (...)
+{
+    cleanUp(); // a part of the cases makes no study
+    throw;
 }
 } // namespace truss

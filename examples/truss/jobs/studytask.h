@@ -27,7 +27,7 @@ public:
     void performAction() override;
 
 private:
-    void addCases();
+    void addCases(std::unique_ptr<Job> report);
 
     Document& m_document;
     std::shared_ptr<Study> m_study;
