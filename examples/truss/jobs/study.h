@@ -39,6 +39,7 @@ public:
     /// Notes that a case begins, if it may: few go on at a time, since each has equations of its own. Not asked once a
     /// case has failed.
     bool begin();
+    /// Every case does so once, also one that has not begun.
     void noteEnd(bool failed);
     bool isComplete() const { return m_ended == m_rows.size(); }
     bool hasFailed() const { return m_failed; }

@@ -21,22 +21,15 @@ StudyCase::StudyCase(std::shared_ptr<Study> study, std::shared_ptr<const Structu
 {
 }
 
-StudyCase::~StudyCase() = default;
+// Only here, since a job can also end before its step; the report would wait for it for ever.
+StudyCase::~StudyCase()
+{
+    m_study->noteEnd(!m_isSolved);
+}
 
 bool StudyCase::step()
-try
 {
-    if (m_study->hasFailed() || !solve())
-    {
-        m_study->noteEnd(false);
-        return false;
-    }
-    return true;
-}
-catch (...)
-{
-    m_study->noteEnd(true);
-    throw;
+    return !m_study->hasFailed() && solve();
 }
 
 int StudyCase::getPercent() const
@@ -62,7 +55,7 @@ bool StudyCase::solve()
     if (m_analysis->step())
         return true;
     m_study->setResult(m_row, *m_analysis->takeResponse());
-    m_analysis.reset(); // the other cases need the memory
+    m_isSolved = true;
     return false;
 }
 } // namespace truss

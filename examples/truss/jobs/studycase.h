@@ -32,5 +32,6 @@ private:
     std::size_t m_row;
     Analysis::Method m_method;
     std::unique_ptr<Analysis> m_analysis; // null before the first step
+    bool m_isSolved = false;
 };
 } // namespace truss
