@@ -64,7 +64,7 @@ public:
     std::FILE* openRead() const;
 
     /// Copies the bytes of a text file up to its first zero byte, which is not copied. Nothing is copied to a stream
-    /// that has failed already.
+    /// that has failed already. A failure to read on is not told from the end of the file.
     void appendTo(std::ostream& out) const;
 
     /// Adds the context "Failed to read file: '%1'" (or "save"), translated and filled with the path.

@@ -40,8 +40,9 @@ public:
     /// Appends a file part with the bytes of a file, and calls Status::checkInterrupt with -1 after each block of up to
     /// 4096 bytes, for which the Status must exist.
     ///
-    /// A file that cannot be opened throws "Failed to open file: '%1'" and leaves the body as it was. An Interrupted
-    /// leaves part of the file in the body; the poster is of no use any more.
+    /// A file that cannot be opened throws "Failed to open file: '%1'" and leaves the body as it was. A failure to read
+    /// on is not told from the end of the file. An Interrupted leaves part of the file in the body; the poster is of no
+    /// use any more.
     void addFile(const Ztring& name, const Ztring& fileName, const Ztring& contentType, const Kel::File& file);
 
     /// Closes the body and sends it through Platform::postForm, which fills `response` with the server's reply. A
