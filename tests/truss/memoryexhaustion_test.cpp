@@ -229,6 +229,7 @@ TEST_F(MemoryExhaustion, AGroupOfEditsIsDoneUndoneAndRedoneWholeOrNotAtAll)
             const auto add = [&](std::vector<std::string> words) {
                 group->add(new truss::GroupedEdit(model(), {"here", std::move(words)}));
             };
+            add({"delete", "the-bar-on-the-left"});
             add({"add", "node", "another-node-with-a-long-name", "7", "7", "7"});
             add({"move", "another-node-with-a-long-name", "1", "1", "1"});
             add({"move", "another-node-with-a-long-name", "2", "2", "2"});

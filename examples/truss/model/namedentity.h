@@ -3,6 +3,7 @@
 #pragma once
 
 #include "truss/model/entity.h"
+#include "truss/model/nameindex.h"
 
 namespace truss
 {
@@ -25,6 +26,9 @@ protected:
     void readFields(Reader& reader) override;
 
 private:
+    friend class NameIndex;
+
     Ztring m_name;
+    NameIndex::Place m_place; // empty while the index has the entity
 };
 } // namespace truss

@@ -11,6 +11,7 @@
 
 #include <functional>
 #include <string_view>
+#include <utility>
 
 namespace truss
 {
@@ -44,18 +45,27 @@ NamedEntity* NameIndex::find(const Ztring& name) const
 void NameIndex::added(Bulletin&, Bulletin& obj)
 {
     auto* const entity = dynamic_cast<NamedEntity*>(&obj);
-    if (entity == nullptr || *m_entities.insert(entity).first == entity)
+    if (entity == nullptr)
+        return;
+    if (!entity->m_place.empty())
+    {
+        Entities::insert_return_type placed = m_entities.insert(std::move(entity->m_place));
+        entity->m_place = std::move(placed.node); // of a name that is taken
+        if (placed.inserted)
+            return;
+    }
+    else if (*m_entities.insert(entity).first == entity)
         return;
     Problem::throwProblem(fill(Translator::tr("The name '%1' is already used"), entity->getName()));
 }
 
 void NameIndex::removed(BulletinBoard&, Bulletin& obj)
 {
-    const auto* const entity = dynamic_cast<NamedEntity*>(&obj);
+    auto* const entity = dynamic_cast<NamedEntity*>(&obj);
     if (entity == nullptr)
         return;
     const auto found = m_entities.find(entity->getName());
     if (found != m_entities.end() && *found == entity)
-        m_entities.erase(found);
+        entity->m_place = m_entities.extract(found);
 }
 } // namespace truss
