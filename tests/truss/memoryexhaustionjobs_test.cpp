@@ -7,6 +7,7 @@
 #include "truss/jobs/study.h"
 #include "truss/jobs/studyreport.h"
 #include "truss/jobs/studytask.h"
+#include "truss/shell/consolestatus.h"
 #include "truss/shell/services.h"
 
 #include <kel/autodelete.h>
@@ -46,6 +47,15 @@ TEST(MemoryExhaustionServices, AreInstalledOrDestroyedOnce)
             std::construct_at(Branding::getSingleton());
         });
     EXPECT_GT(tried, 10u);
+}
+
+TEST(MemoryExhaustionServices, ProgressThatCannotBeShownStopsNothing)
+{
+    truss::ConsoleStatus status;
+    status.setStatus("a title that is long enough to need a block", 0);
+    const FailingAllocation fault(1, Failing::FromThenOn);
+    EXPECT_NO_THROW(status.updateEvents(50));
+    EXPECT_TRUE(FailingAllocation::hasFailed());
 }
 
 namespace

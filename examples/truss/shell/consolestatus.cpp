@@ -5,6 +5,7 @@
 #include "truss/shell/terminaltext.h"
 
 #include <algorithm>
+#include <new>
 
 namespace truss
 {
@@ -21,7 +22,14 @@ void ConsoleStatus::setStatus(const Ztring& text, int percent)
 
 void ConsoleStatus::updateEvents(int percent)
 {
-    draw(percent);
+    try
+    {
+        draw(percent);
+    }
+    catch (const std::bad_alloc&)
+    {
+        // No edit fails, and above all none stays half undone, for what it would only have shown.
+    }
     if (m_signal.take())
         setInterrupted();
 }
