@@ -234,6 +234,25 @@ TEST_F(BulletinBoardTest, WholeOrNothingIsAddedWhenMemoryRunsOut)
     }
 }
 
+TEST_F(BulletinBoardTest, WhatWasTakenOffLastGoesBackWithoutMemory)
+{
+    for (const std::size_t size : {1, 4, 5, 256, 257, 1000})
+    {
+        while (m_board.size() < size)
+            m_board.add(new Bulletin);
+        std::vector<Bulletin*> bulletins;
+        for (const auto& [number, bulletin] : m_board)
+            bulletins.push_back(bulletin);
+        for (Bulletin* const bulletin : bulletins)
+        {
+            m_board.remove(*bulletin);
+            const allocations::Limit limit(0);
+            m_board.add(bulletin);
+        }
+        ASSERT_EQ(m_board.size(), size);
+    }
+}
+
 TEST_F(BulletinBoardTest, HoldsABulletinWhoseAdditionMadeAnObserverThrow)
 {
     m_recorder.observe(m_board);

@@ -200,7 +200,7 @@ std::size_t BulletinMap::findBlock(unsigned number) const
 void BulletinMap::append(Entry entry)
 {
     if (empty())
-        insertBlock(0, Block(firstCapacity));
+        insertBlock(0, takeBlock(firstCapacity));
     else if (!m_blocks.back().hasRoomBehind())
         makeRoomBehind();
     m_blocks.back().append(entry);
@@ -213,7 +213,7 @@ void BulletinMap::makeRoomBehind()
 {
     Block& block = m_blocks.back();
     if (block.capacity == blockLimit)
-        insertBlock(m_blocks.size(), Block(blockLimit));
+        insertBlock(m_blocks.size(), takeBlock(blockLimit));
     else if (block.size() > block.capacity / 2)
         block.grow();
     else
@@ -248,7 +248,7 @@ void BulletinMap::makeRoomIn(std::size_t index)
 void BulletinMap::split(std::size_t index)
 {
     const unsigned kept = m_blocks[index].used / 2;
-    Block upper(blockLimit);
+    Block upper = takeBlock(blockLimit);
     upper.last = std::copy(m_blocks[index].first + kept, m_blocks[index].last, upper.first);
     upper.used = m_blocks[index].used - kept;
     insertBlock(index + 1, std::move(upper));
@@ -265,7 +265,13 @@ void BulletinMap::tidyUp(std::size_t index) noexcept
     block.dropUnusedEnds();
     if (block.used < block.size() / 2)
         block.dropUnused();
-    m_firsts[index] = block.first->first;
+}
+
+BulletinMap::Block BulletinMap::takeBlock(unsigned capacity)
+{
+    if (m_spare.capacity < capacity)
+        return Block(capacity);
+    return std::exchange(m_spare, Block());
 }
 
 void BulletinMap::insertBlock(std::size_t index, Block block)
@@ -281,5 +287,7 @@ void BulletinMap::eraseBlock(std::size_t index) noexcept
 {
     const auto offset = static_cast<std::ptrdiff_t>(index);
     m_firsts.erase(m_firsts.begin() + offset);
+    m_spare = std::move(m_blocks[index]);
+    m_spare.last = m_spare.first = m_spare.storage.get();
     m_blocks.erase(m_blocks.begin() + offset);
 }

@@ -56,7 +56,7 @@ public:
 
     /// The bulletin under a number, or null.
     Bulletin* find(unsigned number) const;
-    /// Enters a bulletin, which must not be null.
+    /// Enters a bulletin, which must not be null. The entry that was taken out last goes back without memory.
     /// @return false, with nothing changed, when the number is taken. Nothing is changed either when memory runs out.
     bool insert(unsigned number, Bulletin* bulletin);
     /// Takes an entry out.
@@ -68,6 +68,8 @@ private:
     /// A run of entries, the first and the last of them in use, within storage that has room before or behind them.
     struct Block
     {
+        /// Without storage.
+        Block() = default;
         explicit Block(unsigned entries)
             : storage(new Entry[entries]),
               capacity(entries),
@@ -90,10 +92,10 @@ private:
         void grow();
 
         std::unique_ptr<Entry[]> storage;
-        unsigned capacity;
+        unsigned capacity = 0;
         unsigned used = 0;
-        Entry* first;
-        Entry* last; ///< past the end
+        Entry* first = nullptr;
+        Entry* last = nullptr; ///< past the end
     };
 
     std::size_t findBlock(unsigned number) const;
@@ -103,11 +105,13 @@ private:
     void makeRoomIn(std::size_t index);
     void split(std::size_t index);
     void tidyUp(std::size_t index) noexcept;
+    Block takeBlock(unsigned capacity);
     void insertBlock(std::size_t index, Block block);
     void eraseBlock(std::size_t index) noexcept;
 
     std::vector<unsigned> m_firsts; ///< no block holds a lower number, but the first; what a look-up searches
     std::vector<Block> m_blocks;    ///< in the same order, none of them empty
+    Block m_spare;                  ///< the one that became empty last, if any
     std::size_t m_size = 0;
     std::uint64_t m_changes = 0; ///< how many there were; what walks look at
 };
