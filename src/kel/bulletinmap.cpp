@@ -200,20 +200,19 @@ std::size_t BulletinMap::findBlock(unsigned number) const
 void BulletinMap::append(Entry entry)
 {
     if (empty())
-        insertBlock(0, takeBlock(firstCapacity));
+        insertBlock(0, takeBlock(firstCapacity), entry.first);
     else if (!m_blocks.back().hasRoomBehind())
-        makeRoomBehind();
+        makeRoomBehind(entry.first);
     m_blocks.back().append(entry);
-    m_firsts.back() = m_blocks.back().first->first;
     ++m_size;
 }
 
 /// Full blocks stay full: what is appended is seldom followed by something in between.
-void BulletinMap::makeRoomBehind()
+void BulletinMap::makeRoomBehind(unsigned number)
 {
     Block& block = m_blocks.back();
     if (block.capacity == blockLimit)
-        insertBlock(m_blocks.size(), takeBlock(blockLimit));
+        insertBlock(m_blocks.size(), takeBlock(blockLimit), number);
     else if (block.size() > block.capacity / 2)
         block.grow();
     else
@@ -251,7 +250,8 @@ void BulletinMap::split(std::size_t index)
     Block upper = takeBlock(blockLimit);
     upper.last = std::copy(m_blocks[index].first + kept, m_blocks[index].last, upper.first);
     upper.used = m_blocks[index].used - kept;
-    insertBlock(index + 1, std::move(upper));
+    const unsigned first = upper.first->first;
+    insertBlock(index + 1, std::move(upper), first);
     m_blocks[index].last = m_blocks[index].first + kept;
     m_blocks[index].used = kept;
 }
@@ -274,12 +274,12 @@ BulletinMap::Block BulletinMap::takeBlock(unsigned capacity)
     return std::exchange(m_spare, Block());
 }
 
-void BulletinMap::insertBlock(std::size_t index, Block block)
+void BulletinMap::insertBlock(std::size_t index, Block block, unsigned first)
 {
     reserveOneMore(m_firsts);
     reserveOneMore(m_blocks);
     const auto offset = static_cast<std::ptrdiff_t>(index);
-    m_firsts.insert(m_firsts.begin() + offset, block.size() == 0 ? 0 : block.first->first);
+    m_firsts.insert(m_firsts.begin() + offset, first);
     m_blocks.insert(m_blocks.begin() + offset, std::move(block));
 }
 

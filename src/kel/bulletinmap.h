@@ -100,13 +100,13 @@ private:
 
     std::size_t findBlock(unsigned number) const;
     void append(Entry entry);
-    void makeRoomBehind();
+    void makeRoomBehind(unsigned number);
     void insertInBlock(std::size_t index, Entry entry);
     void makeRoomIn(std::size_t index);
     void split(std::size_t index);
     void tidyUp(std::size_t index) noexcept;
     Block takeBlock(unsigned capacity);
-    void insertBlock(std::size_t index, Block block);
+    void insertBlock(std::size_t index, Block block, unsigned first);
     void eraseBlock(std::size_t index) noexcept;
 
     std::vector<unsigned> m_firsts; ///< no block holds a lower number, but the first; what a look-up searches
