@@ -253,6 +253,18 @@ TEST_F(BulletinBoardTest, WhatWasTakenOffLastGoesBackWithoutMemory)
     }
 }
 
+TEST_F(BulletinBoardTest, WhatWasTakenOffTwoBlocksGoesBackWithoutMemory)
+{
+    for (int i = 0; i < 300; ++i)
+        m_board.add(new Bulletin);
+    const std::vector<BulletinMap::Entry> entries(m_board.begin(), m_board.end());
+    for (const std::size_t place : {256, 299})
+        m_board.remove(*entries[place].second);
+    const allocations::Limit limit(0);
+    for (const std::size_t place : {299, 256})
+        m_board.add(entries[place].second);
+}
+
 TEST_F(BulletinBoardTest, HoldsABulletinWhoseAdditionMadeAnObserverThrow)
 {
     m_recorder.observe(m_board);
@@ -403,6 +415,17 @@ TEST_F(BulletinBoardTest, ReplacedBulletinThatAThrowingObserverPutsBackStays)
     Tracked obj(m_story, "new", oldObj->getKey());
     EXPECT_THROW(m_board.replace(&obj), std::runtime_error);
     EXPECT_EQ(m_board.getPtr(obj.getKey()), oldObj);
+    EXPECT_TRUE(m_story.empty());
+}
+
+TEST_F(BulletinBoardTest, ReplaceLeavesABulletinAloneThatIsOnTheBoardUnderAnotherKeyThanItsOwn)
+{
+    Tracked* const oldObj = make("obj");
+    const BulletinKey key("other");
+    m_board.add(key, oldObj);
+    Tracked obj(m_story, "new", key);
+    EXPECT_ASSERTION(m_board.replace(&obj), "hasKey(key)");
+    EXPECT_EQ(m_board.getPtr(key), oldObj);
     EXPECT_TRUE(m_story.empty());
 }
 

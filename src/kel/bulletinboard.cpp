@@ -204,14 +204,15 @@ void BulletinBoard::adoptBulletin(std::unique_ptr<Bulletin> obj)
 
 void BulletinBoard::replaceEntry(Bulletin* obj)
 {
-    Bulletin* const oldObj = getPtr(obj->getKey());
+    const BulletinKey key = obj->getKey();
+    Bulletin* const oldObj = getPtr(key);
     const LifeWatch board(*this);
     const LifeWatch old(*oldObj);
     const LifeWatch taken(*obj);
     // What is off the board although an observer has thrown is destroyed: nobody else would.
     const auto destroyUnlessHeld = [&](const LifeWatch& watch, Bulletin& bulletin)
     {
-        if (watch.isAlive() && !(board.isAlive() && getPtr(bulletin.getKey()) == &bulletin))
+        if (watch.isAlive() && !(board.isAlive() && getPtr(key) == &bulletin))
             destroyUnlessLent(bulletin);
     };
     try
