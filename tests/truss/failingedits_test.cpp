@@ -5,6 +5,7 @@
 
 #include <truss/support/trusstest.h>
 
+#include <kel/changedreceiver.h>
 #include <kel/receiver.h>
 #include <kel/removedreceiver.h>
 
@@ -61,16 +62,21 @@ TEST_F(FailingEdits, ACommandThatCannotBeUndoneWholeIsNotUndoneAtAll)
     EXPECT_EQ(node("b").getPosition(), (truss::Vector{1, 6, 0}));
 }
 
-/// An observer that fails once when something is removed.
-class MoodyObserver : public Receiver, public RemovedReceiver
+/// An observer that fails once when something is removed or changed.
+class MoodyObserver : public Receiver, public RemovedReceiver, public ChangedReceiver
 {
-    void removed(BulletinBoard&, Bulletin&) override
+public:
+    bool fails = true;
+
+private:
+    void removed(BulletinBoard&, Bulletin&) override { fail(); }
+    void changed(Bulletin&, const Bulletin&) override { fail(); }
+
+    void fail()
     {
-        if (std::exchange(m_fails, false))
+        if (std::exchange(fails, false))
             Problem::throwProblem("Not today");
     }
-
-    bool m_fails = true;
 };
 
 TEST_F(FailingEdits, ADeletionThatAnObserverFailsLeavesTheModelAsItWas)
@@ -84,5 +90,23 @@ TEST_F(FailingEdits, ADeletionThatAnObserverFailsLeavesTheModelAsItWas)
     edit("delete a");
     document.undo();
     EXPECT_EQ(entries(), before);
+}
+
+TEST_F(FailingEdits, AChangeThatAnObserverFailsLeavesTheModelAsItWas)
+{
+    for (const char* const line : {"move b 1 5 0", "area ab 7"})
+    {
+        const std::string before = toCsv();
+        MoodyObserver observer;
+        observer.observe(model());
+        EXPECT_PROBLEM(edit(line), "Not today");
+        EXPECT_EQ(toCsv(), before);
+        edit(line);
+        const std::string after = toCsv();
+        EXPECT_NE(after, before);
+        observer.fails = true;
+        EXPECT_PROBLEM(document.undo(), "Not today");
+        EXPECT_EQ(toCsv(), after);
+    }
 }
 } // namespace

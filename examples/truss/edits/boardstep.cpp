@@ -22,7 +22,7 @@ void BoardStep::putOn()
 {
     try
     {
-        m_board.addIgnoreKey(m_entity, m_entity.getKey()); // which leaves it to this step when it fails
+        m_board.addIgnoreKey(m_entity, m_entity.getKey()); // which leaves it to this step unless it got there
     }
     catch (...)
     {

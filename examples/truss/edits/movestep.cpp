@@ -19,6 +19,14 @@ MoveStep::MoveStep(Model& model, Node& node, const Vector& position)
 void MoveStep::exchange()
 {
     std::swap(m_node.m_position, m_position);
-    m_model.announceChange(m_node);
+    try
+    {
+        m_model.announceChange(m_node);
+    }
+    catch (...)
+    {
+        std::swap(m_node.m_position, m_position);
+        throw;
+    }
 }
 } // namespace truss

@@ -19,6 +19,14 @@ SectionStep::SectionStep(Model& model, Bar& bar, const Section& section)
 void SectionStep::exchange()
 {
     std::swap(m_bar.m_section, m_section);
-    m_model.announceChange(m_bar);
+    try
+    {
+        m_model.announceChange(m_bar);
+    }
+    catch (...)
+    {
+        std::swap(m_bar.m_section, m_section);
+        throw;
+    }
 }
 } // namespace truss
