@@ -53,8 +53,10 @@ TEST(MemoryExhaustionServices, ProgressThatCannotBeShownStopsNothing)
 {
     truss::ConsoleStatus status;
     status.setStatus("a title that is long enough to need a block", 0);
+    status.setBusy(true);
     const FailingAllocation fault(1, Failing::FromThenOn);
     EXPECT_NO_THROW(status.updateEvents(50));
+    EXPECT_NO_THROW(status.turnWheel());
     EXPECT_TRUE(FailingAllocation::hasFailed());
 }
 

@@ -22,14 +22,7 @@ void ConsoleStatus::setStatus(const Ztring& text, int percent)
 
 void ConsoleStatus::updateEvents(int percent)
 {
-    try
-    {
-        draw(percent);
-    }
-    catch (const std::bad_alloc&)
-    {
-        // No edit fails, and above all none stays half undone, for what it would only have shown.
-    }
+    draw(percent);
     if (m_signal.take())
         setInterrupted();
 }
@@ -51,6 +44,13 @@ void ConsoleStatus::turnWheel()
 void ConsoleStatus::draw(int percent)
 {
     m_drawnPercent = percent;
-    m_line.draw(TerminalText::encode(m_text), percent);
+    try
+    {
+        m_line.draw(TerminalText::encode(m_text), percent);
+    }
+    catch (const std::bad_alloc&)
+    {
+        // No edit fails, and above all none stays half undone, for what it would only have shown.
+    }
 }
 } // namespace truss
