@@ -11,7 +11,7 @@ class Bulletin;
 ///     AutoDelete guard(bulletin);
 ///     mayThrow(*bulletin);
 ///     guard.release();
-///     board.add(bulletin); // which owns it from here on
+///     board.add(bulletin); // which owns it from here on, unless its key is taken
 class KEL_API AutoDelete
 {
 public:

@@ -36,8 +36,8 @@ class KEL_API FileWriter
 {
 public:
     FileWriter();
-    /// Deletes the temporary file unless `close` came to replacing the target. Takes no memory but what opening that
-    /// file takes in the C library. What the platform throws meanwhile is dropped.
+    /// Deletes the temporary file unless `close` came to replacing the target. Takes no memory but what the C library
+    /// takes to open that file and the platform to delete it; what the platform throws is dropped.
     ~FileWriter();
     FileWriter(const FileWriter&) = delete;
     FileWriter& operator=(const FileWriter&) = delete;

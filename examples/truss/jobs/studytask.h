@@ -32,6 +32,6 @@ private:
     Document& m_document;
     std::shared_ptr<Study> m_study;
     Analysis::Method m_method;
-    std::unique_ptr<Job> m_report; // until it is among the sub-tasks
+    std::unique_ptr<Job> m_report; // until the first step, which adds the sub-tasks
 };
 } // namespace truss
