@@ -236,7 +236,7 @@ TEST_F(BulletinBoardTest, WholeOrNothingIsAddedWhenMemoryRunsOut)
 
 TEST_F(BulletinBoardTest, WhatWasTakenOffLastGoesBackWithoutMemory)
 {
-    for (const std::size_t size : {1, 4, 5, 256, 257, 1000})
+    for (const std::size_t size : {1U, 4U, 5U, 256U, 257U, 1000U})
     {
         while (m_board.size() < size)
             m_board.add(new Bulletin);
@@ -258,10 +258,10 @@ TEST_F(BulletinBoardTest, WhatWasTakenOffTwoBlocksGoesBackWithoutMemory)
     for (int i = 0; i < 300; ++i)
         m_board.add(new Bulletin);
     const std::vector<BulletinMap::Entry> entries(m_board.begin(), m_board.end());
-    for (const std::size_t place : {256, 299})
+    for (const std::size_t place : {256U, 299U})
         m_board.remove(*entries[place].second);
     const allocations::Limit limit(0);
-    for (const std::size_t place : {299, 256})
+    for (const std::size_t place : {299U, 256U})
         m_board.add(entries[place].second);
 }
 

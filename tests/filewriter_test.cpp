@@ -133,6 +133,17 @@ TEST_F(FileWriterTest, CanBeUsedAgainAfterClose)
     EXPECT_TRUE(m_directory.has("model.x"));
 }
 
+TEST_F(FileWriterTest, SaveThatIsAbandonedAfterOneThatWasClosedLeavesNoTemporaryFile)
+{
+    open()->writeObj(&m_root);
+    m_file->close();
+    const std::string saved = m_directory.read("model.x");
+    open()->writeObj(&m_root);
+    m_file.reset();
+    EXPECT_FALSE(m_directory.has("model.x.tmp"));
+    EXPECT_EQ(m_directory.read("model.x"), saved);
+}
+
 TEST_F(FileWriterTest, CloseWithoutOpenFails)
 {
     EXPECT_ASSERTION(m_file->close(), "valid(m_file)");
