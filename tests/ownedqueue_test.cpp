@@ -24,7 +24,7 @@ protected:
     static void fill(OwnedQueue<Element>& queue, const std::string& names)
     {
         for (const char name : names)
-            pushBackOwned(queue, std::make_unique<Element>(name));
+            pushBackOwned(queue, std::make_unique<Element>(Element{name}));
     }
 
     static std::string drain(OwnedQueue<Element>& queue, Taken (*take)(OwnedQueue<Element>&))
