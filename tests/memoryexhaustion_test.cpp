@@ -947,6 +947,26 @@ TEST(MemoryExhaustion, AdoptedBulletinThatRefusesDeletionIsOnTheBoardOrDeleted)
         });
 }
 
+TEST(MemoryExhaustion, BulletinThatIsAddedBesideAnAdoptedOneIsOnTheBoardOrDestroyed)
+{
+    class Escorting : public BulletinBoard
+    {
+    public:
+        void add(Bulletin* obj) override
+        {
+            BulletinBoard::add(new Counted);
+            BulletinBoard::add(obj);
+        }
+    };
+    failEachAllocation([] { return std::make_unique<Escorting>(); },
+                       [](auto& board) { board->adopt(std::make_unique<Counted>(BulletinKey("a"))); },
+                       [](auto& board, bool threw)
+                       {
+                           EXPECT_EQ(board->size(), std::size_t(Counted::s_count));
+                           EXPECT_TRUE(threw || board->size() == 2);
+                       });
+}
+
 TEST(MemoryExhaustion, CopyOfABoardIsWholeOrAbsent)
 {
     failEachAllocation(
