@@ -76,6 +76,18 @@ void* operator new[](std::size_t size)
     return allocations::allocate(size);
 }
 
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept
+{
+    try
+    {
+        return allocations::allocate(size);
+    }
+    catch (const std::bad_alloc&)
+    {
+        return nullptr;
+    }
+}
+
 void* operator new[](std::size_t size, const std::nothrow_t&) noexcept
 {
     try

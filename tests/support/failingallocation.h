@@ -145,6 +145,18 @@ void* operator new[](std::size_t size)
     return FailingAllocation::allocate(size);
 }
 
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept
+{
+    try
+    {
+        return FailingAllocation::allocate(size);
+    }
+    catch (const std::bad_alloc&)
+    {
+        return nullptr;
+    }
+}
+
 void* operator new[](std::size_t size, const std::nothrow_t&) noexcept
 {
     try

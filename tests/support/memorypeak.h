@@ -58,6 +58,16 @@ void* operator new[](std::size_t size)
     return memorypeak::take(size);
 }
 
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept
+{
+    return memorypeak::take(size);
+}
+
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept
+{
+    return memorypeak::take(size);
+}
+
 void operator delete(void* memory) noexcept
 {
     memorypeak::giveBack(memory);
