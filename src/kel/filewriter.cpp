@@ -33,7 +33,7 @@ Ztring getHeader()
     return header;
 }
 
-/// Deletes a file if it exists and can be read. Takes no memory but what the platform takes.
+/// Deletes a file if it exists and can be read. Allocates nothing itself: the destructor calls it.
 void removeFile(const Kel::File& file, const std::string& path, bool quiet)
 {
     std::filebuf in;
